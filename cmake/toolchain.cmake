@@ -1,0 +1,25 @@
+# Compiler cache and fast linker where the machine has them; warnings and sanitizers everywhere.
+find_program(CCACHE ccache)
+if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+endif()
+
+if(NOT CMAKE_INTERPROCEDURAL_OPTIMIZATION)
+  find_program(MOLD mold)
+  find_program(LLD ld.lld)
+  if(MOLD)
+    add_link_options(-fuse-ld=mold)
+  elseif(LLD)
+    add_link_options(-fuse-ld=lld)
+  endif()
+endif()
+
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+
+if(ORU_SANITIZE)
+  add_compile_options(-fsanitize=${ORU_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+  add_link_options(-fsanitize=${ORU_SANITIZE})
+endif()
+if(ORU_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()

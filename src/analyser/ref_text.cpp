@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+// The reference text: records that simply follow one another,
+//   "%" caller "#" target "|" line list, flag
+// and the marks that are derived from them.
+#include "analyser/references.h"
+
+namespace oru::analyser {
+
+namespace {
+
+constexpr auto npos = std::string_view::npos;
+
+// Sets one of the two flags behind a key's name: position 1 "refers", 2 "is referred to".
+void Upd_RIf_Dic(service::Dictionary<std::string>& marks, std::string_view key, int position) {
+  if (std::string* value = marks.Get(key); value != nullptr) {
+    (*value)[value->size() - 3 + static_cast<std::size_t>(position)] = '1';
+    return;
+  }
+  std::string value(key);
+  value += position == 1 ? "1-" : "-1";
+  marks.Put(key, std::move(value));
+}
+
+}  // namespace
+
+void Join_Ref_Texts(Tables& tables) {
+  std::size_t size = 0;
+  for (const auto& item : tables.Ref_Tbl) size += item.value.size();
+  tables.Ref_All.clear();
+  tables.Ref_All.reserve(size);
+  for (const auto& item : tables.Ref_Tbl) tables.Ref_All += item.value;
+
+  tables.RIf_Dic.Clear();
+  std::string target;
+  for (Ref_Cursor cursor; Set_Ref_Fld(tables.Ref_All, {}, cursor);) {
+    Upd_RIf_Dic(tables.RIf_Dic, cursor.Record.Caller, 1);
+    target = Full_Name(cursor.Record.Tgt_Mdl, cursor.Record.Tgt_Mem);
+    Upd_RIf_Dic(tables.RIf_Dic, target, 2);
+  }
+}
+
+bool Set_Ref_Fld(std::string_view text, const Ref_Filter& filter, Ref_Cursor& cursor) {
+  std::string key;
+  if (!filter.Caller.empty()) key.append("%").append(filter.Caller).append("#");
+  while (cursor.Position < text.size()) {
+    const std::size_t start = key.empty() ? cursor.Position : text.find(key, cursor.Position);
+    if (start == npos) break;
+    const std::size_t hash = text.find('#', start);
+    const std::size_t bar = hash == npos ? npos : text.find('|', hash);
+    if (bar == npos) break;
+    const std::size_t end = std::min(text.find('%', bar), text.size());
+    cursor.Position = end;
+    if (end <= bar + 1) continue;
+
+    Ref_Record& record = cursor.Record;
+    record.Caller = text.substr(start + 1, hash - start - 1);
+    const std::string_view target = text.substr(hash + 1, bar - hash - 1);
+    const std::size_t dot = target.find('.');
+    record.Tgt_Mdl = target.substr(0, dot);
+    record.Tgt_Mem = dot == npos ? std::string_view{} : target.substr(dot + 1);
+    record.Ref_Lns = text.substr(bar + 1, end - bar - 2);
+    record.Ref_Flg = text[end - 1];
+    if ((filter.Tgt_Mdl.empty() || filter.Tgt_Mdl == record.Tgt_Mdl) &&
+        (filter.Tgt_Mem.empty() || filter.Tgt_Mem == record.Tgt_Mem))
+      return true;
+  }
+  cursor.Position = text.size();
+  return false;
+}
+
+}  // namespace oru::analyser

@@ -1,0 +1,400 @@
+// SPDX-License-Identifier: MIT
+#include "analyser/references.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+
+#include "analyser/definitions.h"
+#include "analyser/instances.h"
+#include "analyser/reader.h"
+#include "analyser/word_index.h"
+#include "service/text.h"
+
+namespace oru::analyser {
+
+using service::Take_Word;
+
+namespace {
+
+constexpr auto npos = std::string_view::npos;
+constexpr std::size_t kMost_With = 11;
+constexpr std::size_t kLine_Digits = 5;
+constexpr char kWith_Separator = '\0';
+// The host's longest statement has 25 lines of 1,023 characters. What is far beyond that is no code,
+// and rewriting it word by word would take forever.
+constexpr std::size_t kLongest_Statement = 64 * 1024;
+constexpr std::size_t kReport_Width = 200;  // bytes of a statement that a report shows
+
+// The targets hit so far by one section of a member, with the words that hit them.
+class Hit_Table {
+ public:
+  struct Row {
+    std::string target;
+    std::string lines;  // "|00012 00015", or empty when nothing is pending
+  };
+
+  // `Chk_RCa_Tbl`: a word that already hit adds its line to the first row that holds it.
+  bool Know(std::string_view word, std::string_view line) {
+    const auto at = words_.find(word);
+    if (at == words_.end()) return false;
+    Add_Line(rows_[at->second], line);
+    return true;
+  }
+  // `Add_RCa_Tbl`, for one hit.
+  void Add(std::string_view word, const std::string& target, std::string_view line) {
+    const auto [at, is_new] = targets_.try_emplace(target, rows_.size());
+    if (is_new) {
+      rows_.push_back({target, {}});
+    }
+    // The first row that holds the word is the one that later lines go to.
+    const auto [known, is_new_word] = words_.try_emplace(std::string(word), at->second);
+    if (!is_new_word) known->second = std::min(known->second, at->second);
+    Add_Line(rows_[at->second], line);
+  }
+  void Clear() {
+    if (rows_.empty()) return;
+    rows_.clear();
+    words_.clear();
+    targets_.clear();
+    pending_ = false;
+  }
+  // Something was added since the last `Written`.
+  [[nodiscard]] bool Pending() const { return pending_; }
+  void Written() {
+    for (Row& row : rows_) row.lines.clear();
+    pending_ = false;
+  }
+  [[nodiscard]] const std::vector<Row>& Rows() const { return rows_; }
+
+ private:
+  void Add_Line(Row& row, std::string_view line) {
+    if (row.lines.ends_with(line)) return;
+    row.lines += row.lines.empty() ? '|' : ' ';
+    row.lines += line;
+    pending_ = true;
+  }
+
+  std::vector<Row> rows_;
+  service::Text_Map<std::size_t> words_;    // word -> first row that holds it
+  service::Text_Map<std::size_t> targets_;  // target -> row
+  bool pending_ = false;
+};
+
+// The enclosing `With` expressions of the member that is being read.
+struct With_State {
+  std::string current;  // `Wth_Cur`: levels of one chain, separated by a NUL
+  std::array<std::string, kMost_With> stack;
+  std::size_t depth = 0;
+
+  void Clear() {
+    current.clear();
+    depth = 0;
+  }
+  // False when the stack is full; nothing is changed then.
+  [[nodiscard]] bool Enter(std::string_view expression) {
+    if (expression.starts_with('.')) {
+      current += kWith_Separator;
+      current += expression.substr(1);
+      return true;
+    }
+    if (depth >= kMost_With) return false;
+    stack[depth++].swap(current);
+    current = expression;
+    return true;
+  }
+  void Leave() {
+    if (const std::size_t at = current.rfind(kWith_Separator); at != std::string::npos) {
+      current.resize(at);
+    } else if (depth > 0) {
+      current.swap(stack[--depth]);
+    } else {
+      current.clear();
+    }
+  }
+};
+
+class Reference_Reader {
+ public:
+  explicit Reference_Reader(const Ref_Ctx& ctx)
+      : ctx_(ctx), members_(ctx.Tbl), instances_(ctx.Tbl) {}
+
+  // `Get_Ref_Lop`: reads one module and returns its reference text.
+  std::string Read_Module(std::string_view module);
+
+ private:
+  void Begin_Member(std::string_view member);
+  void End_Member();  // `Upd_Ref_Inf`
+  void Chk_Ref_Inf(std::string_view line);
+  void Read_Words();
+  void Read_Word(std::string_view word);
+  void Resolve(std::string_view word, std::string_view first, std::string_view member);
+  bool Hit_Candidate(std::string_view word, std::string_view member, std::string_view module,
+                     bool open_class);
+  void Report(std::string_view what);
+
+  const Ref_Ctx& ctx_;
+  Mem_Dic members_;
+  Instances instances_;
+  const host::CodeModule* code_ = nullptr;
+  std::string buffer_;   // the module's records
+  std::string cur_ref_;  // the current module
+  std::string cur_prc_;  // the member whose statements are read
+  std::string err_lbl_;
+  bool err_sec_ = false;
+  With_State with_;
+  Hit_Table normal_, error_;                               // `RCa_Tbl`, `RCe_Tbl`
+  std::vector<std::pair<std::string, std::string>> hits_;  // `Hit_Col`: word, target
+  std::string statement_;                                  // `Cur_Stm`
+  std::string_view line_;                                  // its five digits
+  std::string word_;                                       // a word with its `With` prefix
+  std::vector<Def_Found> found_;
+};
+
+std::string Reference_Reader::Read_Module(std::string_view module) {
+  const service::Err_Frame frame(ctx_.Srv.Errors, "Mod_Ref", "Get_Ref_Lop");
+  const auto* entry = ctx_.Tbl.Mdl_Tbl.Get(module);
+  cur_ref_ = module;
+  cur_prc_.clear();
+  buffer_.clear();
+  normal_.Clear();
+  error_.Clear();
+  host::VBProject* project = ctx_.VBInst.ActiveVBProject();
+  host::VBComponent* component =
+      project == nullptr ? nullptr : project->VBComponents().Item(module);
+  code_ = component == nullptr ? nullptr : component->CodeModule();
+
+  std::string_view rest = (*entry)->RCd;
+  while (!rest.empty()) {
+    const std::size_t end = rest.find("\r\n");
+    const std::string_view line = rest.substr(0, end);
+    rest.remove_prefix(end == npos ? rest.size() : end + 2);
+    if (line.starts_with('#')) {
+      End_Member();
+      Begin_Member(line.substr(1));
+    } else {
+      Chk_Ref_Inf(line);
+    }
+  }
+  End_Member();
+  return buffer_;
+}
+
+void Reference_Reader::Begin_Member(std::string_view member) {
+  cur_prc_ = member;
+  instances_.Begin_Member();
+  err_lbl_.clear();
+  err_sec_ = false;
+  with_.Clear();
+  if (code_ == nullptr) return;
+  std::string words;
+  for (const Def_Row& argument : Set_Arg_Inf(*code_, cur_ref_, cur_prc_, nullptr)) {
+    words.assign(argument.Def_Nam).append(1, ' ').append(argument.Def_Typ);
+    instances_.Declare(ctx_.Tbl, words, cur_ref_);
+  }
+}
+
+void Reference_Reader::End_Member() {
+  const auto write = [&](const Hit_Table::Row& row, char flag) {
+    if (row.lines.empty()) return;
+    buffer_.append("%").append(cur_ref_).append(".").append(cur_prc_);
+    buffer_.append("#").append(row.target).append(row.lines).append(1, flag);
+  };
+  if (normal_.Pending())
+    for (const Hit_Table::Row& row : normal_.Rows()) write(row, 'N');
+  normal_.Clear();
+  // The error section's rows keep their words until the module ends.
+  if (error_.Pending()) {
+    for (const Hit_Table::Row& row : error_.Rows()) write(row, 'Y');
+    error_.Written();
+  }
+}
+
+void Reference_Reader::Report(std::string_view what) {
+  ctx_.Problem(fmt::format("{}.{} - {} Line={} -> Chk_Ref_Inf Sentence=({})", cur_ref_, cur_prc_,
+                           what, line_, service::Cut_Bytes(statement_, kReport_Width)));
+}
+
+void Reference_Reader::Chk_Ref_Inf(std::string_view line) {
+  if (line.size() <= kLine_Digits) return;
+  line_ = line.substr(0, kLine_Digits);
+  statement_ = line.substr(kLine_Digits);
+  const service::Err_Frame frame(ctx_.Srv.Errors, "Mod_Ref", "Chk_Ref_Inf", &statement_);
+  if (statement_.size() > kLongest_Statement) {
+    Report("文が長すぎるため参照関係を解析しませんでした。");
+    return;
+  }
+  std::string& s = statement_;
+  const std::size_t blank = s.find(' ');
+  const std::string_view first = std::string_view(s).substr(0, blank);
+  if (blank != npos && blank > 0) {
+    if (first == "Dim" || first == "Static") {
+      Chk_Def_Inf(s, false, found_);
+      for (const Def_Found& def : found_) instances_.Declare(ctx_.Tbl, def.Piece, cur_ref_);
+      return;
+    }
+    if (first == "Set" || first == "With") instances_.Bind(ctx_.Tbl, s, cur_ref_);
+  }
+  if (s.find("On Error GoTo") != npos) {
+    const std::size_t last = s.rfind(' ');
+    err_lbl_.clear();
+    const std::string_view label = std::string_view(s).substr(last + 1);
+    if (!service::Is_Numeric(label)) {
+      err_lbl_ = label;
+      if (!err_lbl_.ends_with(':')) err_lbl_ += ':';
+    }
+  }
+  if (s.ends_with(':')) {
+    if (!err_lbl_.empty() && s.starts_with(err_lbl_)) err_sec_ = true;
+    return;
+  }
+  Rev_Cst_Val(s);
+  if (const std::size_t at = s.find(" AddressOf "); at != npos) {
+    const std::string_view behind = std::string_view(s).substr(at + 11);
+    std::size_t end = behind.find(',');
+    if (end == npos) end = behind.find(')');
+    const std::string_view name = service::Trim(behind.substr(0, end));
+    service::Add_Col_Itm(ctx_.Tbl.Cbk_Col, name, std::string(name));
+  }
+  if (s.starts_with("With ")) {
+    std::string expression = s.substr(4);  // with the blank, so that "With New C" has its " New "
+    if (const std::size_t at = expression.find(" New "); at != npos) expression.erase(at, 4);
+    if (!with_.Enter(service::Trim(expression)))
+      Report("With ブロックの入れ子が深すぎるため、この文を解析しませんでした。");
+    return;
+  }
+  if (s.starts_with("End With")) {
+    with_.Leave();
+    return;
+  }
+  Del_Mod_Idx(s);
+  std::replace_if(
+      s.begin(), s.end(), [](char c) { return c == '(' || c == ')' || c == ','; }, ' ');
+  Read_Words();
+}
+
+void Reference_Reader::Read_Words() {
+  hits_.clear();
+  const std::string_view text = statement_;
+  for (std::size_t from = 0; from < text.size();) {
+    const std::size_t end = std::min(text.find(' ', from), text.size());
+    if (end > from) Read_Word(text.substr(from, end - from));
+    from = end + 1;
+  }
+  Hit_Table& table = err_sec_ ? error_ : normal_;
+  for (const auto& [word, target] : hits_) table.Add(word, target, line_);
+}
+
+void Reference_Reader::Read_Word(std::string_view word) {
+  if (word.front() == '.') {
+    word_ = with_.current;
+    std::replace(word_.begin(), word_.end(), kWith_Separator, '.');
+    word_ += word;
+    word = word_;
+  }
+  if (Is_Type_Character(word.back())) word.remove_suffix(1);
+  if (word.empty() || word.front() == '"') return;
+
+  const std::size_t dot = word.find('.');
+  const std::string_view first = word.substr(0, dot);
+  const std::string_view member = dot == npos ? word : word.substr(word.rfind('.') + 1);
+  if (dot == npos) {
+    // Most words end here. A number is no member's name, so it needs no test of its own.
+    if (members_.Get(word) == nullptr) return;
+  }
+  if (service::To_Int(service::Len_Chr(word)) < ctx_.Tbl.MLL) return;
+  if (dot != npos && !ctx_.Tbl.Prj_Mdl.Has(first) && !instances_.Knows(first)) return;
+  if (ctx_.Srv.KWd.Has(word)) return;
+  if ((err_sec_ ? error_ : normal_).Know(word, line_)) return;
+  Resolve(word, dot == npos ? std::string_view{} : first, member);
+}
+
+void Reference_Reader::Resolve(std::string_view word, std::string_view first,
+                               std::string_view member) {
+  std::string_view module = first;
+  const CsI_Row* instance = nullptr;
+  std::string class_name;
+  if (!first.empty() && !ctx_.Tbl.Prj_Mdl.Has(first)) {
+    instance = instances_.Find(first, cur_ref_);
+    if (instance != nullptr) {
+      class_name = instance->CsI_Typ.empty() ? "?" : instance->CsI_Typ.front();
+      module = class_name;
+    }
+  }
+  const std::int64_t length = service::To_Int(service::Len_Chr(member));
+  if (length < ctx_.Tbl.MLL || length > ctx_.Tbl.MHL) return;
+  if (member == cur_prc_ && (module.empty() || module == cur_ref_)) return;
+
+  const bool open_class = instance != nullptr && instance->CsI_Cls == '2';
+  if (instance != nullptr && instance->CsI_Knd == 'F' && first != cur_prc_)
+    (void)Hit_Candidate(word, first, {}, open_class);
+  (void)Hit_Candidate(word, member, module, open_class);
+}
+
+bool Reference_Reader::Hit_Candidate(std::string_view word, std::string_view member,
+                                     std::string_view module, bool open_class) {
+  const std::vector<Mem_Dic::Entry>* entries = members_.Get(member);
+  if (member.empty() || entries == nullptr) return false;
+  const auto hit = [&](const Mem_Dic::Entry& entry) {
+    hits_.emplace_back(word, Full_Name(entry.Mdl, member));
+    return true;
+  };
+  const std::string_view wanted = module.empty() ? std::string_view(cur_ref_) : module;
+  for (const Mem_Dic::Entry& entry : *entries)
+    if (entry.Mdl == wanted) return hit(entry);
+  if (module.empty()) {
+    for (const Mem_Dic::Entry& entry : *entries)
+      if (entry.Scp == kScp_Public) return hit(entry);
+  }
+  if (!open_class) return false;
+  bool any = false;
+  for (const Mem_Dic::Entry& entry : *entries)
+    if (entry.Scp == kScp_Public) any = hit(entry);
+  return any;
+}
+
+}  // namespace
+
+void Del_Mod_Idx(std::string& statement) {
+  std::string_view s = statement;
+  for (std::size_t close = s.rfind(")."); close != npos && close != 0; close = s.rfind(").")) {
+    std::size_t open = close;
+    for (int depth = 0;; --open) {
+      if (s[open] == ')') ++depth;
+      if (s[open] == '(' && --depth == 0) break;
+      if (open == 0) return;
+    }
+    const std::size_t before = open == 0 ? npos : s.find_last_of(" ,", open - 1);
+    const std::size_t word_at = before == npos ? 0 : before + 1;
+    if (open == word_at) return;
+    const std::string word(s.substr(word_at, open - word_at));
+    std::string rewritten;
+    rewritten.reserve(s.size());
+    rewritten.append(s.substr(0, word_at)).append(s.substr(open + 1, close - open - 1));
+    rewritten.append(1, ' ').append(word).append(s.substr(close + 1));
+    statement.swap(rewritten);
+    s = statement;
+  }
+}
+
+bool Get_Ref_Man(const Ref_Ctx& ctx, const Module_Step& step) {
+  const service::Err_Frame frame(ctx.Srv.Errors, "Mod_Ref", "Get_Ref_Man");
+  bool changed = false;
+  Reference_Reader reader(ctx);
+  for (const auto& item : ctx.Tbl.Anl_Mdl) {
+    if (!step(item.key)) return changed;
+    const auto* entry = ctx.Tbl.Mdl_Tbl.Get(item.key);
+    if (entry == nullptr) continue;  // gone meanwhile
+    std::string text = reader.Read_Module(item.key);
+    const std::string* old = ctx.Tbl.Ref_Tbl.Get(item.key);
+    changed |= old == nullptr || *old != text;
+    ctx.Tbl.Ref_Tbl.Remove(item.key);
+    ctx.Tbl.Ref_Tbl.Add(item.key, std::move(text));
+    std::string().swap((*entry)->RCd);
+  }
+  Join_Ref_Texts(ctx.Tbl);
+  return changed;
+}
+
+}  // namespace oru::analyser

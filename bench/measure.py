@@ -1,0 +1,147 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""Runs the programs over the generated projects and prints the table of docs/performance.md.
+
+  measure.py BUILD_FOLDER DATA_FOLDER [--runs N] [--quick]
+
+Times are processor time (user and system) of a whole process, the best of N runs; the programs take
+turns, so that a slow phase of the machine hits all of them. Ratios are only ever formed between
+figures of one call. `--quick` leaves the micro benchmarks out."""
+
+import argparse
+import json
+import os
+import pathlib
+import subprocess
+import sys
+
+MICRO = ["bench_decode", "bench_line_index", "bench_passes", "bench_incremental"]
+SHAPES = {"comments": "65,530-line modules of comments", "one-procedure": "procedures of 6,000 lines",
+          "many-procedures": "1,500 procedures in a class", "continuations": "24 continuations everywhere"}
+
+
+class Best:
+    """The least of what several runs took."""
+
+    def __init__(self):
+        self.seconds = self.wall = float("inf")
+        self.peak = 0  # bytes, the most of all runs
+
+    def run(self, command, environment):
+        with open(os.devnull, "wb") as null:
+            begin = os.times().elapsed
+            process = subprocess.Popen(command, stdout=null, stderr=subprocess.PIPE, env=environment)
+            errors = process.stderr.read()
+            _, status, usage = os.wait4(process.pid, 0)
+            wall = os.times().elapsed - begin
+        process.returncode = os.waitstatus_to_exitcode(status)
+        if process.returncode != 0:
+            sys.exit(f"{' '.join(command)}: exit code {process.returncode}\n{errors.decode(errors='replace')}")
+        self.seconds = min(self.seconds, usage.ru_utime + usage.ru_stime)
+        self.wall = min(self.wall, wall)
+        self.peak = max(self.peak, usage.ru_maxrss * 1024)
+
+
+class Project:
+    def __init__(self, folder):
+        self.files = sorted(str(f) for f in folder.iterdir())
+        self.bytes = self.lines = 0
+        for file in self.files:  # this also brings the files into the page cache
+            content = pathlib.Path(file).read_bytes()
+            self.bytes += len(content)
+            self.lines += content.count(b"\n")
+        self.oru, self.ctags = Best(), Best()
+
+
+def ctags_command(project, data):
+    listing = data / "files.list"
+    listing.write_text("\n".join(project.files) + "\n")
+    # No sorting and no pattern is the least that it can do; the Basic parser knows definitions only.
+    return ["ctags", "--options=NONE", "--language-force=Basic", "--sort=no", "-f", str(data / "tags"),
+            "-L", str(listing)]
+
+
+def micro(build, data):
+    """Real times of the micro benchmarks in seconds, by name, and their other figures."""
+    found = {}
+    for program in MICRO:
+        command = [build / "bench" / program, data, "--benchmark_format=json", "--benchmark_min_time=0.3"]
+        run = subprocess.run(command, stdout=subprocess.PIPE, check=True)
+        for entry in json.loads(run.stdout)["benchmarks"]:
+            scale = {"ns": 1e-9, "us": 1e-6, "ms": 1e-3, "s": 1}[entry["time_unit"]]
+            found[entry["name"]] = entry["cpu_time"] * scale
+            found[entry["name"] + "/items"] = entry.get("items_per_second", 0)
+            found[entry["name"] + "/bytes"] = entry.get("bytes_per_second", 0)
+    return found
+
+
+def row(work, must, value, met):
+    print(f"| {work} | {must} | {value} | {'yes' if met else '**no**'} |")
+    return met
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("build", type=pathlib.Path)
+    parser.add_argument("data", type=pathlib.Path)
+    parser.add_argument("--runs", type=int, default=5)
+    parser.add_argument("--quick", action="store_true")
+    args = parser.parse_args()
+
+    oru = str(args.build / "src" / "app" / "oru")
+    names = ["nothing", "ten-thousand", "million", *SHAPES]
+    projects = {name: Project(args.data / name) for name in names}
+    # Neither settings nor reports of the user's own.
+    environment = dict(os.environ, XDG_DATA_HOME=str((args.data / "no-settings").resolve()))
+    for _ in range(args.runs):
+        for name, project in projects.items():
+            # A short run is repeated: the best of a few is no figure for milliseconds.
+            for _ in range(20 if project.lines < 20000 else 1):
+                project.oru.run([oru, "analyse", "--quiet", str(args.data / name)], environment)
+            if name == "million":
+                project.ctags.run(ctags_command(project, args.data), environment)
+    with open(args.data / "tags", "rb") as tags:
+        definitions = sum(not line.startswith(b"!") for line in tags)
+
+    start = projects["nothing"].oru.seconds
+    def per_line(project):
+        return (project.oru.seconds - start) / project.lines
+
+    big, small = projects["million"], projects["ten-thousand"]
+    met = []
+    print("| work | must reach | measured | met |\n| --- | --- | --- | --- |")
+    ratio = big.oru.seconds / big.ctags.seconds
+    met.append(row(f"full analysis, {big.lines:,} lines in {len(big.files):,} modules",
+                   "3 times ctags; aim 1.5", f"{ratio:.2f} times", ratio <= 3))
+    growth = per_line(big) / per_line(small)
+    met.append(row(f"time per line, {big.lines:,} lines against {small.lines:,}", "0.8 to 1.2 times",
+                   f"{growth:.2f} times", growth <= 1.2))
+    figures = {} if args.quick else micro(args.build, args.data)
+    if figures:
+        beyond = (figures["one_module_changed"] - figures["text_comparison"]) / figures["full_run"]
+        met.append(row("one module of 1,000 changed, beyond the text comparison",
+                       "5 % of the full run", f"{100 * beyond:.1f} %", beyond < 0.05))
+    for name, title in SHAPES.items():
+        shape = per_line(projects[name]) / per_line(big)
+        # What is within the noise of the machine is no worse than the average.
+        met.append(row(f"time per line, {title}", "1 times the average", f"{shape:.2f} times", shape <= 1.05))
+    memory = big.oru.peak / big.bytes
+    met.append(row("peak memory", "6 times the source", f"{memory:.1f} times", memory <= 6))
+
+    print(f"\nBest of {args.runs}: oru {big.oru.seconds:.3f} s ({big.oru.wall:.3f} s by the clock), "
+          f"ctags {big.ctags.seconds:.3f} s for {definitions:,} definitions, start of oru {1000 * start:.1f} ms; "
+          f"{big.bytes / 1e6:.1f} MB of source, peak {big.oru.peak / 1e6:.0f} MB.")
+    if figures:
+        print("\n| part | time |\n| --- | --- |")
+        for name, seconds in figures.items():
+            if name.endswith(("/items", "/bytes")):
+                continue
+            items, rate = figures[name + "/items"], figures[name + "/bytes"]
+            more = f"; {1e9 / items:.0f} ns each" if items else ""
+            more += f"; {rate / 1e6:.0f} MB/s" if rate else ""
+            print(f"| {name} | {1000 * seconds:.3f} ms{more} |")
+    return 0 if all(met) else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())

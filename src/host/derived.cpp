@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: MIT
+#include "host/derived.h"
+
+#include <algorithm>
+
+#include "host/line_class.h"
+
+namespace oru::host {
+namespace {
+
+constexpr std::string_view kDash = " - ";
+
+/// The whole text of a module's lines from `start` to `end`, taken apart one by one.
+class Line_Walk {
+ public:
+  Line_Walk(const CodeModule& module, int start, int end)
+      : text_(module.Lines(start, end - start + 1)), line_(start - 1) {}
+  /// Moves to the next line; false behind the last one.
+  bool Next() {
+    if (at_ > text_.size()) return false;
+    const std::size_t end = std::min(text_.find("\r\n", at_), text_.size());
+    before_ = State_Of(verdict_);
+    if (!In_Header(before_)) statement_ = line_ + 1;
+    const std::string_view line = std::string_view(text_).substr(at_, end - at_);
+    verdict_ = Judge_Line(line, before_);
+    at_ = end + 2;
+    ++line_;
+    return true;
+  }
+  [[nodiscard]] int Line() const { return line_; }
+  /// First line of the header statement that the line goes on with.
+  [[nodiscard]] int Statement() const { return statement_; }
+  [[nodiscard]] bool Has(std::uint8_t flag) const { return (verdict_ & flag) != 0; }
+
+ private:
+  std::string text_;
+  std::size_t at_ = 0;
+  int line_;
+  int statement_ = 0;
+  std::uint8_t verdict_ = 0;
+  Line_State before_ = Line_State::Fresh;
+};
+
+/// The place of `line` among neighbours of one name and kind, which the host cannot tell apart. They
+/// fill the lines from `start` to `end`, and a procedure begins at `start`.
+void Set_Place_Among(Member_Place& place, const CodeModule& module, int line, int start, int end) {
+  place.Top = start;
+  place.Bdy = 0;
+  int closed = 0;  // last line of the procedure in hand, once its end has come
+  for (Line_Walk walk(module, start, end); walk.Next();) {
+    if (walk.Has(kLine_Opens)) {
+      if (closed != 0 && line <= closed) {
+        place.Cnt = closed - place.Top + 1;  // another one follows, so this one stops at its end
+        return;
+      }
+      if (closed != 0) {
+        place.Top = closed + 1;
+        place.Bdy = closed = 0;
+      }
+      if (place.Bdy == 0) place.Bdy = walk.Statement();
+    }
+    if (walk.Has(kLine_Closes) && place.Bdy != 0 && closed == 0) closed = walk.Line();
+  }
+  // The last of the neighbours goes to the end of their lines.
+  place.Cnt = end - place.Top + 1;
+}
+
+}  // namespace
+
+std::string Get_HFl_Nam(VBE& vbe) {
+  if (vbe.VBProjects().Count() == 0) return {};
+  std::string name = vbe.MainWindow().Caption();
+  const std::size_t dash = name.find(kDash);
+  if (dash == std::string::npos) return {};
+  name.erase(0, dash + kDash.size());
+  name.resize(std::min(name.find(kDash), name.size()));
+  name.resize(std::min(name.rfind(" ["), name.size()));
+  return name;
+}
+
+std::string Get_Prj_Nam(VBE& vbe) {
+  std::string name = Get_HFl_Nam(vbe);
+  name.resize(std::min(name.rfind('.'), name.size()));
+  return name;
+}
+
+bool Chk_Des_Mod(VBE& vbe) {
+  const std::string caption = vbe.MainWindow().Caption();
+  return caption.find("[中断]") == std::string::npos &&
+         caption.find("[実行中]") == std::string::npos;
+}
+
+bool Chk_Edt_Mod(VBE& vbe) {
+  if (!Chk_Des_Mod(vbe)) return false;
+  CodePane* pane = vbe.ActiveCodePane();
+  Window* window = pane != nullptr ? &pane->Window() : vbe.ActiveWindow();
+  return window != nullptr && window->Caption().find("(コード)") != std::string::npos;
+}
+
+bool Chk_Mdl_Typ(int component_type) {
+  switch (component_type) {
+    case kType_Module:
+    case kType_Class:
+    case kType_Form:
+    case kType_Designer:
+    case kType_Document:
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool Chk_Mdl_Typ(VBE& vbe, std::string_view name) {
+  VBProject* project = vbe.ActiveVBProject();
+  if (project == nullptr || project->Protection() == Protection::Locked) return false;
+  VBComponent* component = project->VBComponents().Item(name);
+  return component != nullptr && Chk_Mdl_Typ(component->Type());
+}
+
+bool Chk_Protect(VBE& vbe, service::Services& services, bool show) {
+  VBProject* project = vbe.ActiveVBProject();
+  if (project != nullptr && project->Protection() != Protection::Locked) return false;
+  if (show)
+    (void)service::Srv_Dsp_Msg(services,
+                               project == nullptr
+                                   ? "有効なプロジェクトがありません。    "
+                                   : "保護されたプロジェクトでは実行できません。    ",
+                               service::Buttons::Ok, 1, service::Icon::Warning);
+  services.Ui.All_Unl_Prc();
+  return true;
+}
+
+std::string Member_Name(std::string_view name, ProcKind kind) {
+  std::string result(name);
+  switch (kind) {
+    case ProcKind::Proc:
+      break;
+    case ProcKind::Let:
+      result += "(Let)";
+      break;
+    case ProcKind::Set:
+      result += "(Set)";
+      break;
+    case ProcKind::Get:
+      result += "(Get)";
+      break;
+  }
+  return result;
+}
+
+Member_Place Get_CML_Inf(const CodeModule& module, int line) {
+  Member_Place place;
+  const int lines = module.CountOfLines();
+  const ProcAtLine at = lines == 0 ? ProcAtLine{} : module.ProcOfLine(line);
+  if (at.name.empty()) {
+    place.Nam = "%Declare";
+    place.Cnt = module.CountOfDeclarationLines();
+    return place;
+  }
+  constexpr char kSubs[] = {0, '2', '3', '1'};  // by kind: Let, Set and Get in this order
+  place.Nam = Member_Name(at.name, at.kind);
+  place.Prc_Nam = at.name;
+  place.Prc_Knd = at.kind;
+  place.Knd = at.kind == ProcKind::Proc ? '1' : '3';
+  place.Sub = kSubs[static_cast<std::size_t>(at.kind)];
+  place.Top = module.ProcStartLine(at.name, at.kind);
+  place.Bdy = module.ProcBodyLine(at.name, at.kind);
+  place.Cnt = module.ProcCountLines(at.name, at.kind);
+  const int behind = place.Top + place.Cnt;
+  if (line < behind) return place;
+
+  // The host's three numbers are those of the first procedure of that name. This is a later one:
+  // it lies among the lines around that the host gives the same name, behind the first one's.
+  const auto is_same = [&](int other) {
+    const ProcAtLine there = module.ProcOfLine(other);
+    return there.name == at.name && there.kind == at.kind;
+  };
+  int start = line;
+  while (start > behind && is_same(start - 1)) --start;
+  int end = line;
+  while (end < lines && is_same(end + 1)) ++end;
+  Set_Place_Among(place, module, line, start, end);
+  return place;
+}
+
+std::string Set_Mdl_Nam(VBE& vbe) {
+  VBProject* project = vbe.ActiveVBProject();
+  if (project == nullptr || project->Protection() == Protection::Locked) return {};
+  VBComponents& components = project->VBComponents();
+  if (CodePane* pane = vbe.ActiveCodePane()) {
+    const int count = components.Count();
+    for (int i = 1; i <= count; ++i) {
+      VBComponent* component = components.Item(i);
+      if (component->CodeModule() == &pane->CodeModule()) return component->Name();
+    }
+  }
+  Window* window = vbe.ActiveWindow();
+  if (window == nullptr) return {};
+  std::string name = window->Caption();
+  const std::size_t dash = name.rfind(kDash);
+  if (dash != std::string::npos) name.erase(0, dash + kDash.size());
+  name.resize(std::min(name.rfind(" ("), name.size()));
+  VBComponent* component = components.Item(name);
+  return component == nullptr ? std::string() : component->Name();
+}
+
+std::optional<Pane_Place> Get_ACp_Inf(VBE& vbe) {
+  Pane_Place place;
+  place.Mdl_Nam = Set_Mdl_Nam(vbe);
+  CodePane* pane = vbe.ActiveCodePane();
+  if (place.Mdl_Nam.empty() || pane == nullptr) return std::nullopt;
+  place.Sel = pane->GetSelection();
+  place.TopLine = pane->TopLine();
+  place.Mem = Get_CML_Inf(pane->CodeModule(), place.Sel.start_line);
+  return place;
+}
+
+}  // namespace oru::host

@@ -244,7 +244,8 @@ std::string Chk_Api_Def(const host::CodeModule& module, int line) {
   const int count = module.CountOfLines();
   if (line < 1 || line > count) return {};
   // A statement of the host has at most 24 continuations.
-  Stm_Reader reader(module.Lines(line, std::min(count - line + 1, 25)), line);
+  const std::string text = module.Lines(line, std::min(count - line + 1, 25));
+  Stm_Reader reader(text, line);
   if (!reader.Next() || reader.Kind() != Stm_Kind::Code) return {};
   const std::string& statement = reader.Cur_Stm();
   for (const std::string_view head :
@@ -272,7 +273,8 @@ std::string Read_Header(const host::CodeModule& module, int body) {
   const int last = module.CountOfLines();
   for (int step = 1;; step *= 8) {
     const int count = std::min(step, last - body + 1);
-    Stm_Reader reader(module.Lines(body, count), body);
+    const std::string text = module.Lines(body, count);
+    Stm_Reader reader(text, body);
     if (reader.Next()) return reader.Cur_Stm();
     if (count == last - body + 1) return {};
   }

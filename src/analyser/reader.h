@@ -17,10 +17,13 @@ enum class Stm_Kind { Blank, Comment, Code };
 /// open at the end of the text (its last line ends in " _") is dropped.
 class Stm_Reader {
  public:
-  /// `text` is lines joined by CR LF; `first_line` is the module line of its first one.
+  /// `text` is lines joined by CR LF, and outlives the reader; `first_line` is the module line of
+  /// its first one.
   Stm_Reader(std::string_view text, int first_line) : rest_(text), line_(first_line) {
     at_end_ = text.empty();
   }
+
+  Stm_Reader(std::string&& text, int first_line) = delete;
 
   /// Reads the next statement; false at the end.
   [[nodiscard]] bool Next();

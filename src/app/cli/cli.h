@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+// The program `oru`: reads the command line, opens a session, and shows what a view gives as
+// aligned columns, tab-separated values or JSON. It knows options and forms of output; what is
+// shown is the views' own.
+#pragma once
+
+#include <ostream>
+
+namespace oru::app {
+
+/// Exit codes of the program.
+enum Exit_Code {
+  kExit_Ok = 0,
+  kExit_Not_Found = 1,  ///< the asked member is not there
+  kExit_Usage = 2,      ///< the command line is wrong
+  kExit_Project = 3,    ///< the project cannot be read
+  kExit_Stopped = 4,    ///< the analysis was stopped or failed
+  kExit_Output = 5      ///< the output could not be written
+};
+
+/// Runs one command; results go to `out`, errors and notes to `err`.
+[[nodiscard]] int Run_Cli(int argc, const char* const* argv, std::ostream& out, std::ostream& err);
+
+}  // namespace oru::app

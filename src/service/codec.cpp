@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstring>
 #include <utility>
 #include <vector>
@@ -37,6 +38,18 @@ std::size_t Skip_Ascii(std::string_view bytes, std::size_t at) {
   return at;
 }
 
+/// Number of bytes that are not ASCII.
+std::size_t Count_Wide(std::string_view bytes) {
+  std::size_t count = 0, at = 0;
+  for (; at + 8 <= bytes.size(); at += 8) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, bytes.data() + at, 8);
+    count += static_cast<std::size_t>(std::popcount(word & 0x8080808080808080u));
+  }
+  for (; at < bytes.size(); ++at) count += Byte(bytes[at]) >= 0x80;
+  return count;
+}
+
 /// Length of the well-formed UTF-8 sequence at a byte that is not ASCII; 0 if there is none.
 std::size_t Sequence_Length(std::string_view bytes, std::size_t at) {
   const auto in = [&](std::size_t offset, unsigned low, unsigned high) {
@@ -64,8 +77,12 @@ std::size_t Skip_Utf8(std::string_view bytes, std::size_t at) {
   return at;
 }
 
-void Add_Bad(Decoded& out, std::size_t offset, std::size_t count) {
-  if (out.bad_bytes == 0) out.first_bad = offset;
+/// Counts bytes at `offset` as undecodable; U+FFFD comes at `text_offset` of the text.
+void Add_Bad(Decoded& out, std::size_t offset, std::size_t count, std::size_t text_offset) {
+  if (out.bad_bytes == 0) {
+    out.first_bad = offset;
+    out.first_bad_text = text_offset;
+  }
   out.bad_bytes += count;
 }
 
@@ -78,7 +95,7 @@ Decoded Decode_Utf8(std::string_view bytes) {
     out.text.append(bytes.substr(at, end - at));
     at = end;
     if (at == bytes.size()) break;
-    Add_Bad(out, at, 1);
+    Add_Bad(out, at, 1, out.text.size());
     out.text += kReplacement;
     ++at;
   }
@@ -105,13 +122,13 @@ Decoded Decode_Utf16(std::string_view bytes, bool little) {
         Append_Code_Point(out.text, 0x10000 + ((first - 0xD800) << 10) + (second - 0xDC00));
         at += 2;
       } else {
-        Add_Bad(out, at, 2);
+        Add_Bad(out, at, 2, out.text.size());
         out.text += kReplacement;
       }
     }
   }
   if (at < bytes.size()) {
-    Add_Bad(out, at, 1);
+    Add_Bad(out, at, 1, out.text.size());
     out.text += kReplacement;
   }
   return out;
@@ -208,7 +225,9 @@ class Table_Page final : public Code_Page {
 
   [[nodiscard]] Decoded Decode(std::string_view bytes) const override {
     Decoded out;
-    out.text.reserve(bytes.size() + bytes.size() / 2);
+    // Two bytes become three as a rule; the second one may be ASCII. The text is kept, so that
+    // more room than that would be wasted.
+    out.text.reserve(bytes.size() + Count_Wide(bytes));
     std::array<char, 4096> buffer;  // filled without a check per character, then appended
     std::size_t used = 0;
     const auto flush = [&] {
@@ -236,7 +255,7 @@ class Table_Page final : public Code_Page {
         }
       }
       if ((*cell)[0] == 0) {
-        Add_Bad(out, at, 1);
+        Add_Bad(out, at, 1, out.text.size() + used);
         std::memcpy(buffer.data() + used, kReplacement.data(), kReplacement.size());
         used += kReplacement.size();
       } else {

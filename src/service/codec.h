@@ -16,9 +16,10 @@ namespace oru::service {
 enum class Encoding : std::uint8_t { Utf8, Utf8_Bom, Utf16_Le_Bom, Utf16_Be_Bom, Code_Page };
 
 struct Decoded {
-  std::string text;           ///< UTF-8; each undecodable byte (UTF-16: unit) became U+FFFD
-  std::size_t bad_bytes = 0;  ///< number of undecodable bytes
-  std::size_t first_bad = 0;  ///< byte offset of the first undecodable byte, if any
+  std::string text;                ///< UTF-8; each undecodable byte (UTF-16: unit) became U+FFFD
+  std::size_t bad_bytes = 0;       ///< number of undecodable bytes
+  std::size_t first_bad = 0;       ///< byte offset of the first undecodable byte, if any
+  std::size_t first_bad_text = 0;  ///< byte offset in `text` of what stands for it
 };
 
 /// A converter for one Windows code page. It is immutable and may be shared. Bytes below 128 mean

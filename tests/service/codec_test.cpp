@@ -106,6 +106,7 @@ TEST(Codec, UndecodableBytesAreReplacedAndCounted) {
     EXPECT_EQ(decoded.text, c.text);
     EXPECT_EQ(decoded.bad_bytes, c.bad);
     EXPECT_EQ(decoded.first_bad, c.first);
+    EXPECT_EQ(decoded.first_bad_text, c.text.find("\uFFFD"));
   }
 }
 

@@ -123,7 +123,7 @@ int Cmd_Refs(Session& session, const Output& output, const std::string& member) 
                    {"相手", "member"},
                    {"行", "line", Cell_Type::Number},
                    {"位置", "offset", Cell_Type::Number},
-                   {"例外", "errorSection", Cell_Type::Flag},
+                   {"エラー処理", "errorSection", Cell_Type::Flag},
                    {"文", "text", Cell_Type::Text, true}},
                   {}};
   for (const views::Member_Name& name : found) {

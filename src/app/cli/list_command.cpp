@@ -39,10 +39,17 @@ std::string Filter_Keys(const Filters& filters) {
   return keys;
 }
 
-std::string No_Such_Filter(const std::string& wanted, const views::Filter_Box& box) {
+// The rows of the box, each with the key that names it on the command line.
+template <class Filters>
+std::string No_Such_Filter(const Filters& filters, const std::string& wanted,
+                           const views::Filter_Box& box) {
   std::string rows;
-  for (const std::string& row : box.Rows)
-    rows += (rows.empty() ? "" : "、") + std::string(service::Trim(row));
+  for (const std::string& row : box.Rows) {
+    if (!rows.empty()) rows += ", ";
+    for (const auto& filter : filters)
+      if (row == filter.Txt) rows += std::string(filter.Key) + " ";
+    rows += service::Trim(row);
+  }
   return fmt::format("oru: 「{}」という絞り込みはこの一覧にありません。選べるもの: {}\n", wanted,
                      rows);
 }
@@ -148,7 +155,7 @@ int Cmd_List_Modules(Session& session, const Output& output, const List_Options&
   view.Get_Inform(ctx);
   if (!options.Filter.empty() &&
       !view.FCx_Modul_Click(ctx, Filter_Text(views::kMdl_Filters, options.Filter))) {
-    output.err << No_Such_Filter(options.Filter, view.FCx_Modul);
+    output.err << No_Such_Filter(views::kMdl_Filters, options.Filter, view.FCx_Modul);
     return kExit_Not_Found;
   }
   if (options.Copy) {
@@ -198,7 +205,8 @@ int Cmd_List_Procedures(Session& session, const Output& output, const List_Optio
   const std::string filter = by_module ? Filter_Text(views::kMem_Filters, options.Filter)
                                        : Filter_Text(views::kMAl_Filters, options.Filter);
   if (!options.Filter.empty() && !view.FCx_Membr_Click(ctx, filter)) {
-    output.err << No_Such_Filter(options.Filter, view.FCx_Membr);
+    output.err << (by_module ? No_Such_Filter(views::kMem_Filters, options.Filter, view.FCx_Membr)
+                             : No_Such_Filter(views::kMAl_Filters, options.Filter, view.FCx_Membr));
     return kExit_Not_Found;
   }
   if (options.Copy) {

@@ -1,0 +1,145 @@
+// SPDX-License-Identifier: MIT
+// The program as a user runs it: arguments in, standard output, standard error and exit code out.
+#include "app/cli/cli.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "app/cli/output.h"
+#include "service/text.h"
+#include "support/fakes.h"
+
+namespace oru::app {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Ran {
+  int code = 0;
+  std::string out, err;
+};
+
+Ran Oru(const std::vector<std::string>& arguments) {
+  std::vector<const char*> argv{"oru"};
+  for (const std::string& argument : arguments) argv.push_back(argument.c_str());
+  std::ostringstream out, err;
+  Ran run;
+  run.code = Run_Cli(static_cast<int>(argv.size()), argv.data(), out, err);
+  run.out = out.str();
+  run.err = err.str();
+  return run;
+}
+
+std::string Whole(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// Each case is a folder with a project, the arguments ("PROJECT" stands for the project's path),
+// and what comes out. They were read line by line before they were taken in.
+TEST(Cases, PrintWhatWasReviewed) {
+  const fs::path root = ORU_SOURCE_DIR "/tests/cases";
+  std::vector<fs::path> folders;
+  for (const auto& entry : fs::recursive_directory_iterator(root))
+    if (entry.path().filename() == "cmd") folders.push_back(entry.path().parent_path());
+  std::sort(folders.begin(), folders.end());
+  ASSERT_FALSE(folders.empty());
+  for (const fs::path& folder : folders) {
+    SCOPED_TRACE(folder.lexically_relative(root).string());
+    std::string command = Whole(folder / "cmd");
+    while (command.ends_with('\n')) command.pop_back();
+    // Cases of one folder may share the project above them.
+    const fs::path own = folder / "project";
+    const std::string project = (fs::exists(own) ? own : folder.parent_path() / "project").string();
+    std::vector<std::string> arguments;
+    for (const std::string_view word : service::Split(command, " "))
+      arguments.push_back(word == "PROJECT" ? project : std::string(word));
+    const Ran run = Oru(arguments);
+    EXPECT_EQ(run.out, Whole(folder / "out.txt"));
+    EXPECT_EQ(service::Replace_All(run.err, project, "PROJECT"), Whole(folder / "err.txt"));
+    const std::string code = Whole(folder / "code");
+    EXPECT_EQ(run.code, code.empty() ? 0 : std::stoi(code));
+  }
+}
+
+TEST(Cli, ExitCodesTellWhatWentWrong) {
+  test::Temp_Folder folder;
+  const std::string empty = folder.Path().string();
+  const std::string sample = ORU_SOURCE_DIR "/samples/juchu";
+  const struct {
+    std::string_view what;
+    std::vector<std::string> arguments;
+    int code;
+    std::string_view in_err;
+  } kCases[]{
+      {"no command", {}, kExit_Usage, "oru --help"},
+      {"an unknown command", {"frobnicate"}, kExit_Usage, "oru --help"},
+      {"an unknown option", {"analyse", sample, "--no-such"}, kExit_Usage, "--no-such"},
+      {"no project", {"analyse"}, kExit_Usage, "PROJECT"},
+      {"two forms of output",
+       {"list", "modules", sample, "--tsv", "--json"},
+       kExit_Usage,
+       "--json"},
+      {"a data folder that is not there",
+       {"analyse", sample, "--data", empty + "/none"},
+       kExit_Usage,
+       "none"},
+      {"a project that is not there", {"analyse", empty + "/none"}, kExit_Project, "none"},
+      {"a folder without modules", {"analyse", empty}, kExit_Project, empty},
+      {"an unknown code page", {"analyse", sample, "--codepage", "12345"}, kExit_Project, "12345"},
+      {"an unknown member", {"refs", sample, "modMain.Nope"}, kExit_Not_Found, "modMain.Nope"},
+      {"an unknown module",
+       {"list", "procedures", sample, "--module", "Nope"},
+       kExit_Not_Found,
+       "Nope"},
+      {"an unknown filter",
+       {"list", "modules", sample, "--filter", "report"},
+       kExit_Not_Found,
+       "class クラスモジュール"},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.what);
+    const Ran run = Oru(c.arguments);
+    EXPECT_EQ(run.code, c.code);
+    EXPECT_NE(run.err.find(c.in_err), std::string::npos) << run.err;
+    EXPECT_EQ(run.out, "");
+  }
+}
+
+TEST(Cli, JsonIsAListOfObjects) {
+  const std::string sample = ORU_SOURCE_DIR "/samples/juchu";
+  const auto modules = nlohmann::json::parse(Oru({"list", "modules", sample, "--json"}).out);
+  ASSERT_EQ(modules.size(), 26U);
+  const auto form = std::find_if(modules.begin(), modules.end(),
+                                 [](const auto& m) { return m["name"] == "frmJuchu"; });
+  ASSERT_NE(form, modules.end());
+  EXPECT_EQ((*form)["type"], 3);
+  EXPECT_EQ((*form)["lines"], 220);
+  const auto procedures = nlohmann::json::parse(
+      Oru({"list", "procedures", sample, "--json", "--filter", "unconfirmed"}).out);
+  EXPECT_EQ(procedures.size(), 35U);
+  const auto summary = nlohmann::json::parse(Oru({"analyse", sample, "--json"}).out);
+  EXPECT_EQ(summary[0]["modules"], 26);
+  EXPECT_EQ(summary[0]["unreferenced"], 35);
+}
+
+TEST(Output, ColumnsLineUpByDisplayWidth) {
+  const Out_Table table{
+      {{"名前", "name"}, {"行", "lines", Cell_Type::Number}, {"注", "note", Cell_Type::Text, true}},
+      {{"受注", "5", "短い"}, {"abc", "1234", "とても長い\tコメント"}}};
+  std::ostringstream wide, narrow, tsv;
+  Print_Table(wide, table, Format::Columns, 0);
+  EXPECT_EQ(wide.str(), "名前    行  注\n受注     5  短い\nabc   1234  とても長い コメント\n");
+  Print_Table(narrow, table, Format::Columns, 22);
+  EXPECT_EQ(narrow.str(), "名前    行  注\n受注     5  短い\nabc   1234  とても長…\n");
+  Print_Table(tsv, table, Format::Tsv, 22);
+  EXPECT_EQ(tsv.str(), "name\tlines\tnote\n受注\t5\t短い\nabc\t1234\tとても長い コメント\n");
+}
+
+}  // namespace
+}  // namespace oru::app

@@ -1,0 +1,3 @@
+Attribute VB_Name = "Good"
+Sub A()
+End Sub

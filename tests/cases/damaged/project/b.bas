@@ -1,0 +1,3 @@
+Attribute VB_Name = "GOOD"
+Sub B()
+End Sub

@@ -1,0 +1,4 @@
+Attribute VB_Name = "Bad"
+' ‚ ÿþ x
+Sub C()
+End Sub

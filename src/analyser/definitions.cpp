@@ -323,7 +323,8 @@ std::string Get_Prc_Hed(const host::CodeModule& module, std::string_view mem_nam
     std::string header = Read_Header(module, module.ProcBodyLine(host.Nam, host.Knd));
     (void)Sep_Comment(header);
     return header;
-  } catch (const host::Host_Error&) {
+  } catch (const host::Host_Error& error) {
+    if (error.number != host::kErr_No_Procedure) throw;
     return {};  // the member is gone, or is no procedure
   }
 }

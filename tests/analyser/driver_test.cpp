@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "analyser/table_text.h"
+#include "support/failing_host.h"
 #include "support/project.h"
 
 namespace oru::analyser {
@@ -214,6 +215,51 @@ TEST(Driver, TimersAndHookStandStillForTheRun) {
   ASSERT_GE(calls.size(), 6U);
   EXPECT_EQ(Names(calls.begin(), calls.begin() + 3), (Names{"Mouse_Hook 0", "Timer 0", "Wait 1"}));
   EXPECT_EQ(Names(calls.end() - 3, calls.end()), (Names{"Wait 0", "Mouse_Hook 1", "Timer 1"}));
+}
+
+// Whatever call the editor refuses: the tables are empty or whole, nothing stays switched off, no
+// text has changed, and the next run starts as if nothing had been.
+TEST(Driver, ARefusedCallLeavesNothingHalfDone) {
+  const auto make = [](Project& p) {
+    p.Add("A", "Private o As B\nSub Aa(ByVal c As B)\nc.Bb\nEnd Sub");
+    p.Add("B", "Sub Bb()\nEnd Sub", host::kType_Class);
+    p.Add_Form("F", "Private Sub cmd_Click()\nEnd Sub", {"cmd:CommandButton"});
+  };
+  Project whole;
+  make(whole);
+  whole.Analyse();
+  const std::string expected = Shown(whole.Tbl);
+
+  int failures = 0;
+  for (int n = 1;; ++n) {
+    SCOPED_TRACE(n);
+    Project p;
+    make(p);
+    test::Fuse fuse{n};
+    test::Failing_Editor editor(p.Editor, fuse);
+    Anl_Ctx ctx{p.Srv, editor, nullptr, p.Tbl, p.Sta};
+    const bool done =
+        service::Run_Evt(p.Srv, "Mod_Anl", "Get_Pgm_Inf", [&] { (void)Get_Pgm_Inf(ctx, false); });
+    if (!done) {
+      ++failures;
+      EXPECT_TRUE(p.Tbl.Mdl_Tbl.Empty());
+      EXPECT_TRUE(p.Tbl.Anl_Mdl.Empty());
+      ASSERT_EQ(p.Ui.messages.size(), 1U);
+      EXPECT_NE(p.Ui.messages[0].text.find("プロジェクト情報解析中に障害が発生しました。"),
+                std::string::npos);
+    }
+    EXPECT_FALSE(p.Srv.Anl_Bsy);
+    EXPECT_EQ(std::count(p.Ui.calls.begin(), p.Ui.calls.end(), "Timer 0"),
+              std::count(p.Ui.calls.begin(), p.Ui.calls.end(), "Timer 1"));
+    EXPECT_EQ(p.Code("B").Lines(1, 2), "Sub Bb()\r\nEnd Sub");
+    const bool burnt = fuse.burnt;
+    fuse.left = 0;
+    p.Srv.Prj_Nam.clear();
+    p.Analyse();
+    EXPECT_EQ(Shown(p.Tbl), expected);
+    if (!burnt) break;
+  }
+  EXPECT_GT(failures, 50);
 }
 
 }  // namespace

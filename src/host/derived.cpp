@@ -3,67 +3,13 @@
 
 #include <algorithm>
 
-#include "host/line_class.h"
+#include "host/line_window.h"
+#include "host/procedure_rule.h"
 
 namespace oru::host {
 namespace {
 
 constexpr std::string_view kDash = " - ";
-
-/// The whole text of a module's lines from `start` to `end`, taken apart one by one.
-class Line_Walk {
- public:
-  Line_Walk(const CodeModule& module, int start, int end)
-      : text_(module.Lines(start, end - start + 1)), line_(start - 1) {}
-  /// Moves to the next line; false behind the last one.
-  bool Next() {
-    if (at_ > text_.size()) return false;
-    const std::size_t end = std::min(text_.find("\r\n", at_), text_.size());
-    before_ = State_Of(verdict_);
-    if (!In_Header(before_)) statement_ = line_ + 1;
-    const std::string_view line = std::string_view(text_).substr(at_, end - at_);
-    verdict_ = Judge_Line(line, before_);
-    at_ = end + 2;
-    ++line_;
-    return true;
-  }
-  [[nodiscard]] int Line() const { return line_; }
-  /// First line of the header statement that the line goes on with.
-  [[nodiscard]] int Statement() const { return statement_; }
-  [[nodiscard]] bool Has(std::uint8_t flag) const { return (verdict_ & flag) != 0; }
-
- private:
-  std::string text_;
-  std::size_t at_ = 0;
-  int line_;
-  int statement_ = 0;
-  std::uint8_t verdict_ = 0;
-  Line_State before_ = Line_State::Fresh;
-};
-
-/// The place of `line` among neighbours of one name and kind, which the host cannot tell apart. They
-/// fill the lines from `start` to `end`, and a procedure begins at `start`.
-void Set_Place_Among(Member_Place& place, const CodeModule& module, int line, int start, int end) {
-  place.Top = start;
-  place.Bdy = 0;
-  int closed = 0;  // last line of the procedure in hand, once its end has come
-  for (Line_Walk walk(module, start, end); walk.Next();) {
-    if (walk.Has(kLine_Opens)) {
-      if (closed != 0 && line <= closed) {
-        place.Cnt = closed - place.Top + 1;  // another one follows, so this one stops at its end
-        return;
-      }
-      if (closed != 0) {
-        place.Top = closed + 1;
-        place.Bdy = closed = 0;
-      }
-      if (place.Bdy == 0) place.Bdy = walk.Statement();
-    }
-    if (walk.Has(kLine_Closes) && place.Bdy != 0 && closed == 0) closed = walk.Line();
-  }
-  // The last of the neighbours goes to the end of their lines.
-  place.Cnt = end - place.Top + 1;
-}
 
 }  // namespace
 
@@ -166,20 +112,15 @@ Member_Place Get_CML_Inf(const CodeModule& module, int line) {
   place.Top = module.ProcStartLine(at.name, at.kind);
   place.Bdy = module.ProcBodyLine(at.name, at.kind);
   place.Cnt = module.ProcCountLines(at.name, at.kind);
-  const int behind = place.Top + place.Cnt;
-  if (line < behind) return place;
+  if (line < place.Top + place.Cnt) return place;
 
-  // The host's three numbers are those of the first procedure of that name. This is a later one:
-  // it lies among the lines around that the host gives the same name, behind the first one's.
-  const auto is_same = [&](int other) {
-    const ProcAtLine there = module.ProcOfLine(other);
-    return there.name == at.name && there.kind == at.kind;
-  };
-  int start = line;
-  while (start > behind && is_same(start - 1)) --start;
-  int end = line;
-  while (end < lines && is_same(end + 1)) ++end;
-  Set_Place_Among(place, module, line, start, end);
+  // The host's three numbers are those of the first procedure of that name; this is a later one.
+  Line_Window window(module, line);
+  const Procedure_Extent extent =
+      Extent_Of(window, Named_At(window, line), module.CountOfDeclarationLines());
+  place.Top = extent.start;
+  place.Bdy = extent.body;
+  place.Cnt = extent.Count();
   return place;
 }
 

@@ -14,19 +14,19 @@
 namespace oru::host {
 
 struct OLEObject_Data {
-  std::string name;
+  std::string name = {};
   int type = 2;        ///< 2 for a control
   bool fails = false;  ///< name and type
 };
 
 struct Shape_Data {
-  std::string on_action;
+  std::string on_action = {};
   bool fails = false;
 };
 
 struct Sheet_Data {
-  std::string name;  ///< tab name
-  std::string code_name;
+  std::string name = {};  ///< tab name
+  std::string code_name = {};
   std::vector<OLEObject_Data> ole_objects = {};
   std::vector<Shape_Data> shapes = {};
   bool fails = false;             ///< name and code name
@@ -35,8 +35,8 @@ struct Sheet_Data {
 };
 
 struct Workbook_Data {
-  std::string name;  ///< file name without folder
-  std::string code_name;
+  std::string name = {};  ///< file name without folder
+  std::string code_name = {};
   std::vector<Sheet_Data> sheets = {};
   bool fails = false;  ///< name and code name
   bool sheets_fail = false;

@@ -171,17 +171,17 @@ Selection Memory_Pane::GetSelection() const {
   selection.end_line = Clamp_Line(selection.end_line);
   selection.start_column = Clamp_Column(selection.start_line, selection.start_column);
   selection.end_column = Clamp_Column(selection.end_line, selection.end_column);
+  if (std::pair(selection.end_line, selection.end_column) <
+      std::pair(selection.start_line, selection.start_column)) {
+    std::swap(selection.start_line, selection.end_line);
+    std::swap(selection.start_column, selection.end_column);
+  }
   return selection;
 }
 
 void Memory_Pane::SetSelection(const Selection& selection) {
   selection_ = selection;
   selection_ = GetSelection();
-  if (std::pair(selection_.end_line, selection_.end_column) <
-      std::pair(selection_.start_line, selection_.start_column)) {
-    std::swap(selection_.start_line, selection_.end_line);
-    std::swap(selection_.start_column, selection_.end_column);
-  }
 }
 
 int Memory_Pane::TopLine() const {
@@ -193,16 +193,17 @@ void Memory_Pane::Set_TopLine(int line) {
 }
 
 void Memory_Pane::Follow_Edit(int line, int removed, int added) {
-  const auto follow = [&](int& at) {
-    if (at >= line + removed)
+  const auto follow = [&](int& at, int* column) {
+    if (at >= line + removed) {
       at += added - removed;
-    else if (at >= line + added)
-      at = line + added;  // its line is gone
-    at = Clamp_Line(at);
+    } else if (at >= line + added) {  // its line is gone
+      at = line + added;
+      if (column != nullptr) *column = 1;
+    }
   };
-  follow(selection_.start_line);
-  follow(selection_.end_line);
-  follow(top_line_);
+  follow(selection_.start_line, &selection_.start_column);
+  follow(selection_.end_line, &selection_.end_column);
+  follow(top_line_, nullptr);
 }
 
 }  // namespace oru::host

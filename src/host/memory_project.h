@@ -26,7 +26,7 @@ struct Control_Data {
 
 /// What a provider knows of one component.
 struct Component_Data {
-  std::string name;
+  std::string name = {};
   int type = kType_Module;
   std::string text = {};  ///< any line ends; neither header nor `Attribute` lines
   bool has_designer = false;

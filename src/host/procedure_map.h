@@ -1,36 +1,17 @@
 // SPDX-License-Identifier: MIT
-// Which line of a module belongs to which procedure. The rule, which holds nowhere else:
-//
-// - The declaration section ends with the last line above the first header that is neither blank
-//   nor comment. Without any header the whole module is declarations.
-// - What stands between it and the first header belongs to the first procedure. What follows an
-//   end belongs to the next procedure, behind the last end to the last one.
-// - A header met while a procedure is open belongs to the open one, so that two headers in the
-//   branches of an `#If` around one body make one procedure, and one without an end runs on to the
-//   next end or the module's end. An end met while none is open does nothing.
-//
-// The section and all procedures are thus a partition of the module. Nothing is stored: each answer
-// is found from the verdicts of the lines, and the last ones are kept until the next edit.
+// The procedures of one module. Nothing is stored: each answer is found by procedure_rule.h from the
+// verdicts of the lines, and the last ones are kept until the next edit.
 #pragma once
 
 #include <optional>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "host/code_lines.h"
 #include "host/model.h"
+#include "host/procedure_rule.h"
 
 namespace oru::host {
-
-/// The lines of one procedure.
-struct Procedure_Extent {
-  int named = 0;  ///< the line with its name
-  int start = 0;  ///< first line
-  int body = 0;   ///< first line of the header statement
-  int end = 0;    ///< last line
-  [[nodiscard]] int Count() const { return end - start + 1; }
-};
 
 class Procedure_Map {
  public:
@@ -51,11 +32,6 @@ class Procedure_Map {
     int opening;  ///< which of the lines that open, so that it survives moved lines
   };
 
-  /// The extent of the procedure whose header (met while none was open) has its name at `named`.
-  [[nodiscard]] Procedure_Extent Extent_Of(int named) const;
-  /// The line that names the procedure which holds `line`; 0 if there is no procedure.
-  [[nodiscard]] int Named_At(int line) const;
-  [[nodiscard]] int Body_Of(int named) const;
   [[nodiscard]] Line_Header Header_At(int named) const;
   void Fill_Index() const;
   void Forget_Old() const;

@@ -41,7 +41,7 @@ asan:
 bench:
 	@scripts/install-deps.sh bench
 	@cmake --preset bench >/dev/null
-	@$(BUILD) bench
+	@$(BUILD) bench >build/release/build.log 2>&1 || { cat build/release/build.log; exit 1; }
 	@bench/run.sh build/release
 
 ## make lint                 clang-format and clang-tidy over the whole tree

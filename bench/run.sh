@@ -1,12 +1,12 @@
 #!/bin/sh
 # SPDX-License-Identifier: MIT
 # Measures a release build and prints the table of docs/performance.md.
-#   bench/run.sh BUILD_FOLDER [--runs N] [--quick]
+#   bench/run.sh BUILD_FOLDER [--runs N] [--quick] [--check]
 # The generated projects stay in BUILD_FOLDER/bench-data and are made again when the generator or
 # its arguments change.
 set -eu
 
-build=${1:?"usage: bench/run.sh BUILD_FOLDER [--runs N] [--quick]"}
+build=${1:?"usage: bench/run.sh BUILD_FOLDER [--runs N] [--quick] [--check]"}
 shift
 here=$(dirname "$0")
 data=$build/bench-data

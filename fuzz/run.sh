@@ -12,7 +12,7 @@ for program in "$build"/fuzz/fuzz_*; do
   target="$(basename "$program" | sed 's/^fuzz_//')"
   learnt="$build/fuzz/learnt/$target"
   mkdir -p "$learnt"
-  "$program" -max_total_time="$seconds" -max_len=4096 -timeout=10 -print_final_stats=1 \
+  "$program" -max_total_time="$seconds" -max_len=1024 -timeout=60 -print_final_stats=1 \
     -artifact_prefix="$build/fuzz/$target-" "$learnt" "$here/corpus/$target" || status=1
 done
 exit "$status"

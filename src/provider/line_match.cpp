@@ -106,10 +106,22 @@ class Matcher {
     return rise;
   }
 
-  /// The longest common subsequence, where the stretch is short enough for it.
+  /// The longest common subsequence, where the stretch is short enough for it. Of several, the one
+  /// line by line: a formatter that indents every line leaves only the empty ones equal.
   void Compare(const Stretch& s) {
     const std::size_t rows = s.old_end - s.old_begin, columns = s.now_end - s.now_begin;
-    if (rows > kMax_Cells / columns) return;
+    std::size_t in_place = 0;
+    for (std::size_t i = 0; rows == columns && i < rows; ++i)
+      in_place += old_[s.old_begin + i] == now_[s.now_begin + i];
+    const auto pair_in_place = [&] {
+      for (std::size_t i = 0; i < rows; ++i)
+        if (old_[s.old_begin + i] == now_[s.now_begin + i])
+          match_[s.now_begin + i] = s.old_begin + i;
+    };
+    if (rows > kMax_Cells / columns) {
+      if (in_place > 0) pair_in_place();
+      return;
+    }
     std::vector<std::uint32_t> length((rows + 1) * (columns + 1), 0);
     const auto at = [&](std::size_t row, std::size_t column) -> std::uint32_t& {
       return length[row * (columns + 1) + column];
@@ -119,6 +131,7 @@ class Matcher {
         at(r, c) = old_[s.old_begin + r] == now_[s.now_begin + c]
                        ? at(r + 1, c + 1) + 1
                        : std::max(at(r + 1, c), at(r, c + 1));
+    if (in_place > 0 && in_place == at(0, 0)) return pair_in_place();
     for (std::size_t r = 0, c = 0; r < rows && c < columns;) {
       if (old_[s.old_begin + r] == now_[s.now_begin + c]) {
         match_[s.now_begin + c++] = s.old_begin + r++;

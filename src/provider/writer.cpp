@@ -73,7 +73,7 @@ class Rewriter {
   }
 
  private:
-  Rewritten Refuse(std::string_view reason) const {
+  [[nodiscard]] Rewritten Refuse(std::string_view reason) const {
     return {fmt::format("「{}」には書き込みません（{}）。", shown_, reason), {}};
   }
 
@@ -124,10 +124,13 @@ class Rewriter {
 
   /// Lays out the pieces; what is refused comes back.
   std::optional<Rewritten> Build(std::span<const std::string_view> lines) {
-    std::vector<std::string_view> shown_lines;
-    shown_lines.reserve(lines.size());
+    // Lines are paired without regard to their indent, so that a formatter leaves each line, and
+    // with it the empty ones and the attributes, at its place.
+    std::vector<std::string_view> shown_lines, old_keys, new_keys;
     for (const std::string_view line : lines) shown_lines.push_back(As_Shown(line));
-    const std::vector<std::size_t> match = Match_Lines(old_code_, shown_lines);
+    for (const std::string_view line : old_code_) old_keys.push_back(Cut_Blanks(Skip_Blanks(line)));
+    for (const std::string_view line : lines) new_keys.push_back(Cut_Blanks(Skip_Blanks(line)));
+    const std::vector<std::size_t> match = Match_Lines(old_keys, new_keys);
     const std::vector<std::size_t> places = Place_Hidden(hidden_, old_code_, shown_lines, match);
     std::vector<std::vector<std::size_t>> at_place(lines.size() + 1);
     for (std::size_t i = 0; i < places.size(); ++i)
@@ -137,7 +140,7 @@ class Rewriter {
       for (const std::size_t group : at_place[i])
         for (std::size_t k = hidden_[group].first; k <= hidden_[group].last; ++k) Keep(k);
       if (i == lines.size()) break;
-      if (match[i] != kNo_Line) {
+      if (match[i] != kNo_Line && old_code_[match[i]] == shown_lines[i]) {
         Keep(code_[match[i]]);
         continue;
       }
@@ -156,7 +159,7 @@ class Rewriter {
   }
 
   /// The first character of a line that cannot be encoded.
-  std::string First_Unfit(std::string_view line) const {
+  [[nodiscard]] std::string First_Unfit(std::string_view line) const {
     for (std::size_t at = 0, next = 0; at < line.size(); at = next) {
       std::string character;
       service::Append_Code_Point(character, service::Next_Code_Point(line, next));
@@ -189,7 +192,7 @@ class Rewriter {
 
   /// Reads the result as it will be read next time. This is the guarantee, whatever the reason:
   /// a new line that looks like an attribute, or bytes that turn the file into another encoding.
-  Rewritten Check(Rewritten out, std::span<const std::string_view> lines) const {
+  [[nodiscard]] Rewritten Check(Rewritten out, std::span<const std::string_view> lines) const {
     const Exported_File was = Read_Exported(std::string(bytes_), kind_, "-", page_);
     const Exported_File now = Read_Exported(out.bytes, kind_, "-", page_);
     if (!now.is_text) return Refuse("NUL 文字は書き込めません");

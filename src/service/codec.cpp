@@ -179,7 +179,7 @@ class Iconv {
   }
   Iconv(const Iconv&) = delete;
   Iconv& operator=(const Iconv&) = delete;
-  [[nodiscard]] bool Ok() const { return handle_ != reinterpret_cast<iconv_t>(-1); }
+  [[nodiscard]] bool Ok() const { return reinterpret_cast<std::intptr_t>(handle_) != -1; }
 
   /// Converts exactly one whole input; nothing if it is no input that stands alone.
   [[nodiscard]] std::optional<std::string> Convert(std::string_view input) const {

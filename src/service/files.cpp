@@ -253,7 +253,7 @@ bool Srv_WAl_TFl(const fs::path& path, std::string_view text) {
 }
 
 std::string Path_Text(const fs::path& path) {
-  const std::string bytes = path.generic_string();
+  std::string bytes = path.generic_string();
   if (Is_Utf8(bytes)) return bytes;
   std::string text;
   for (std::size_t at = 0; at < bytes.size();) Append_Code_Point(text, Next_Code_Point(bytes, at));

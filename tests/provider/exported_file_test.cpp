@@ -64,29 +64,28 @@ TEST(ExportedFile, NameAndType) {
   constexpr std::string_view both =
       "Attribute VB_PredeclaredId = True\nAttribute VB_Exposed = True\n";
   struct Case {
-    std::string_view what, bytes;
-    File_Kind kind;
-    std::string_view name;
+    std::string_view what, bytes, name;
     int type;
+    File_Kind kind;
     bool name_changed;
   };
   const Case cases[] = {
-      {"module", "Attribute VB_Name = \"M\"\n", File_Kind::Bas, "M", 1, false},
-      {"without a name", "X\n", File_Kind::Bas, "Stem", 1, false},
-      {"class", "Attribute VB_Exposed = True\n", File_Kind::Cls, "Stem", 2, false},
+      {"module", "Attribute VB_Name = \"M\"\n", "M", 1, File_Kind::Bas, false},
+      {"without a name", "X\n", "Stem", 1, File_Kind::Bas, false},
+      {"class", "Attribute VB_Exposed = True\n", "Stem", 2, File_Kind::Cls, false},
       {"class with its own instance",
-       "Attribute VB_PredeclaredId = True\nAttribute VB_Exposed = False\n", File_Kind::Cls, "Stem",
-       2, false},
-      {"document", both, File_Kind::Cls, "Stem", 100, false},
-      {"form", both, File_Kind::Frm, "Stem", 3, false},
-      {"document by its extension", "", File_Kind::Doccls, "Stem", 100, false},
-      {"the first name counts", "Attribute VB_Name = \"A\"\nAttribute VB_Name = \"B\"\n",
-       File_Kind::Bas, "A", 1, false},
-      {"doubled quotes", "Attribute VB_Name = \"a\"\"b\" 'x\n", File_Kind::Bas, "a\"b", 1, false},
-      {"control characters become blanks", "Attribute VB_Name = \"a\tb\x01\"\n", File_Kind::Bas,
-       "a b", 1, true},
-      {"empty name", "Attribute VB_Name = \"\"\n", File_Kind::Bas, "Stem", 1, true},
-      {"name in the code page", "Attribute VB_Name = \"\x83\x5C\"\n", File_Kind::Bas, "ソ", 1,
+       "Attribute VB_PredeclaredId = True\nAttribute VB_Exposed = False\n", "Stem", 2,
+       File_Kind::Cls, false},
+      {"document", both, "Stem", 100, File_Kind::Cls, false},
+      {"form", both, "Stem", 3, File_Kind::Frm, false},
+      {"document by its extension", "", "Stem", 100, File_Kind::Doccls, false},
+      {"the first name counts", "Attribute VB_Name = \"A\"\nAttribute VB_Name = \"B\"\n", "A", 1,
+       File_Kind::Bas, false},
+      {"doubled quotes", "Attribute VB_Name = \"a\"\"b\" 'x\n", "a\"b", 1, File_Kind::Bas, false},
+      {"control characters become blanks", "Attribute VB_Name = \"a\tb\x01\"\n", "a b", 1,
+       File_Kind::Bas, true},
+      {"empty name", "Attribute VB_Name = \"\"\n", "Stem", 1, File_Kind::Bas, true},
+      {"name in the code page", "Attribute VB_Name = \"\x83\x5C\"\n", "ソ", 1, File_Kind::Bas,
        false},
   };
   for (const Case& c : cases) {

@@ -34,6 +34,7 @@ TEST(LineMatch, FindsTheLinesThatStayed) {
       {"inserted", "abc", "abxc", "01-2"},
       {"removed", "abc", "ac", "02"},
       {"replaced at both ends", "abcd", "xbcy", "-12-"},
+      {"every line indented but the empty ones", "a.b..c.d", "A.B..C.D", "-1-34-6-"},
       {"moved line: the longer part stays", "abcd", "bcda", "123-"},
   };
   for (const Case& c : cases) {
@@ -65,6 +66,7 @@ TEST(LineMatch, RepeatedLinesGiveARisingMatchOfTheGreatestLength) {
 
 TEST(LineMatch, LongStretchesKeepTheirLines) {
   std::vector<std::string> texts;
+  texts.reserve(5000);
   for (int i = 0; i < 5000; ++i) texts.push_back("line " + std::to_string(i));
   std::vector<std::string_view> old(texts.begin(), texts.end()), now;
   for (std::size_t i = 0; i < old.size(); ++i) {

@@ -47,6 +47,8 @@ TEST(Writer, WhatIsNotEditedKeepsItsBytes) {
        "\xFE\xFF\0X\0\r\0\n\0Z\0\r\0\n1"sv},
       {"mixed line ends: the most frequent for new lines", "a\nb\rc\rd\r\r\ne\r\n",
        "a\nb\nN\nc\nd\ne\n", "a\nb\rN\rc\rd\r\r\ne\r\n"},
+      {"indent changed: empty lines keep their blanks", "a\n  \n  a\n\nb\n",
+       "  a\n\n    a\n\n  b\n", "  a\n  \n    a\n\n  b\n"},
       {"no final line end", "a\r\nb", "a\nb\nc\n", "a\r\nb\r\nc"},
       {"no final line end, last line gone", "a\r\nb", "a\n", "a"},
       {"an empty last line needs one", "a\r\nb", "a\n\n", "a\r\n\r\n"},

@@ -4,8 +4,9 @@
 
   measure.py BUILD_FOLDER DATA_FOLDER [--runs N] [--quick] [--check]
 
-Times are processor time (user and system) of a whole process, the best of N runs; the programs take
-turns, so that a slow phase of the machine hits all of them. Ratios are only ever formed between
+Times are processor time (user and system) of whole processes, the best of N rounds; the programs take
+turns, so that a slow phase of the machine hits all of them. What is short runs several times in a
+row and counts on the average: a lucky moment must not favour it over what is long. Ratios are only ever formed between
 figures of one call. `--quick` leaves out the stages by themselves, `--check` fails for a missed
 target."""
 
@@ -15,6 +16,7 @@ import os
 import pathlib
 import subprocess
 import sys
+import time
 
 MICRO = ["bench_decode", "bench_line_index", "bench_passes", "bench_incremental"]
 SHAPES = {"comments": "65,530-line modules of comments", "one-procedure": "procedures of 6,000 lines",
@@ -22,25 +24,28 @@ SHAPES = {"comments": "65,530-line modules of comments", "one-procedure": "proce
 
 
 class Best:
-    """The least of what several runs took."""
+    """The least that a run took, of several rounds."""
 
     def __init__(self):
         self.seconds = self.wall = float("inf")
         self.peak = 0  # bytes, the most of all runs
 
-    def run(self, command, environment):
-        with open(os.devnull, "wb") as null:
-            begin = os.times().elapsed
-            process = subprocess.Popen(command, stdout=null, stderr=subprocess.PIPE, env=environment)
+    def round(self, command, environment, times):
+        seconds, begin = 0.0, time.monotonic()
+        for _ in range(times):
+            process = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE,
+                                       env=environment)
             errors = process.stderr.read()
+            process.stderr.close()
             _, status, usage = os.wait4(process.pid, 0)
-            wall = os.times().elapsed - begin
-        process.returncode = os.waitstatus_to_exitcode(status)
-        if process.returncode != 0:
-            sys.exit(f"{' '.join(command)}: exit code {process.returncode}\n{errors.decode(errors='replace')}")
-        self.seconds = min(self.seconds, usage.ru_utime + usage.ru_stime)
-        self.wall = min(self.wall, wall)
-        self.peak = max(self.peak, usage.ru_maxrss * 1024)
+            process.returncode = os.waitstatus_to_exitcode(status)
+            if process.returncode != 0:
+                sys.exit(f"{' '.join(command)}: exit code {process.returncode}\n"
+                         f"{errors.decode(errors='replace')}")
+            seconds += usage.ru_utime + usage.ru_stime
+            self.peak = max(self.peak, usage.ru_maxrss * 1024)
+        self.seconds = min(self.seconds, seconds / times)
+        self.wall = min(self.wall, (time.monotonic() - begin) / times)
 
 
 class Project:
@@ -102,11 +107,10 @@ def main():
     environment = dict(os.environ, XDG_DATA_HOME=str((args.data / "no-settings").resolve()))
     for _ in range(args.runs):
         for name, project in projects.items():
-            # A short run is repeated: the best of a few is no figure for milliseconds.
-            for _ in range(20 if project.lines < 20000 else 1):
-                project.oru.run([oru, "analyse", "--quiet", str(args.data / name)], environment)
+            times = 20 if project.lines < 20000 else 1 if name == "million" else 4
+            project.oru.round([oru, "analyse", "--quiet", str(args.data / name)], environment, times)
             if name == "million":
-                project.ctags.run(ctags_command(project, args.data), environment)
+                project.ctags.round(ctags_command(project, args.data), environment, 4)
     with open(args.data / "tags", "rb") as tags:
         definitions = sum(not line.startswith(b"!") for line in tags)
 

@@ -130,7 +130,8 @@ bool Chk_Pgm_Inf(Anl_Ctx& ctx, Anl_Progress& progress) {
   Alg_Del_Mdl(ctx);
 
   if (ctx.Sta.Edt_Chg || ctx.Sta.Prj_Chg) {
-    progress.Dsp_Anl_Res("Chk", {}, count, 0, ctx.Sta.Lin_Sec);
+    progress.Dsp_Anl_Res("Chk", {}, static_cast<std::int64_t>(tables.Prj_Mdl.Count()), 0,
+                         ctx.Sta.Lin_Sec);
     for (int i = 1; i <= count; ++i) {
       host::VBComponent* component = components.Item(i);
       if (component == nullptr || !host::Chk_Mdl_Typ(component->Type())) continue;

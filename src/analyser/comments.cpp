@@ -18,24 +18,6 @@ std::vector<std::string> Head_Words(const std::string& option) {
   return words;
 }
 
-bool Begins_No_Case(std::string_view text, std::string_view head) {
-  return service::To_Lower(text).starts_with(service::To_Lower(head));
-}
-
-void Remove_No_Case(std::string& text, std::string_view what, bool all) {
-  for (std::size_t at = service::Find_No_Case(text, what); at != std::string::npos;
-       at = service::Find_No_Case(text, what, at)) {
-    // The match covers as many characters as `what`, whose bytes may differ with letter case.
-    std::size_t end = at;
-    for (std::size_t i = 0; i < what.size();) {
-      (void)service::Next_Code_Point(what, i);
-      if (end < text.size()) (void)service::Next_Code_Point(text, end);
-    }
-    text.erase(at, end - at);
-    if (!all) return;
-  }
-}
-
 }  // namespace
 
 Anl_Options::Anl_Options(const service::Settings& settings)
@@ -52,17 +34,18 @@ Anl_Options::Anl_Options(const service::Settings& settings)
 }
 
 std::string Rev_CTx_Fmt(const Anl_Options& options, std::string_view text) {
-  std::string result = service::Replace_All(text, "'", "");
-  for (const std::string& character : options.Del_Chr) {
-    if (result.empty()) break;
-    const char first = character.front();
-    const bool has_case =
-        character.size() > 1 || (first >= 'A' && first <= 'Z') || (first >= 'a' && first <= 'z');
-    if (!has_case) {
-      std::erase(result, first);
-    } else {
-      Remove_No_Case(result, character, true);
-    }
+  const auto is_removed = [&](std::string_view character) {
+    for (const std::string& removed : options.Del_Chr)
+      if (service::Equal_No_Case(character, removed)) return true;
+    return false;
+  };
+  std::string result;
+  result.reserve(text.size());
+  for (std::size_t i = 0; i < text.size();) {
+    const std::size_t start = i;
+    (void)service::Next_Code_Point(text, i);
+    const std::string_view character = text.substr(start, i - start);
+    if (character != "'" && !is_removed(character)) result += character;
   }
   return std::string(service::Trim(result));
 }
@@ -80,7 +63,7 @@ void Cmt_Text::Add(std::string_view comment_statement) {
     final_ = true;
   } else if (!tags_.empty()) {
     for (const std::string& tag : tags_) {
-      if (!Begins_No_Case(text, tag)) continue;
+      if (service::Match_No_Case(text, tag) == std::string_view::npos) continue;
       tag_ = tag;
       // A line holding only the head word: the next comment line completes the value.
       final_ = text != tag;
@@ -92,7 +75,9 @@ void Cmt_Text::Add(std::string_view comment_statement) {
     final_ = true;
   }
   if (final_ && !tag_.empty() && options_.Del_Tag) {
-    Remove_No_Case(value_, tag_, false);
+    const std::size_t at = service::Find_No_Case(value_, tag_);
+    if (at != std::string::npos)
+      value_.erase(at, service::Match_No_Case(std::string_view(value_).substr(at), tag_));
     value_ = service::Trim(value_);
   }
 }

@@ -37,8 +37,11 @@ void Mark(Mdl_Entry& entry, std::string_view word) {
   Add_Col_Itm(entry.Ctl, word, std::string());
 }
 
-void Open_Designer(Mdl_Ctx& ctx, host::VBComponent& component) {
+// The designer, opened briefly if it is closed. A refusal is the system's own error: the editor is
+// in a state in which nothing of the project can be relied on.
+host::Designer* Get_Designer(Mdl_Ctx& ctx, host::VBComponent& component) {
   try {
+    if (host::Designer* designer = component.Designer(); designer != nullptr) return designer;
     if (host::Window* window = component.DesignerWindow(); window != nullptr) {
       window->Set_Visible(true);
       window->Close();
@@ -46,6 +49,11 @@ void Open_Designer(Mdl_Ctx& ctx, host::VBComponent& component) {
   } catch (const host::Host_Error& error) {
     throw service::Sys_Error(service::kOwn_Error,
                              fmt::format(kNo_Designer, ctx.Srv.Product.Title, error.number));
+  }
+  try {
+    return component.Designer();
+  } catch (const host::Host_Error&) {
+    return nullptr;
   }
 }
 
@@ -55,8 +63,7 @@ void Get_Designer_Controls(Mdl_Ctx& ctx, host::VBComponent& component, std::stri
     ctx.Control_Problem(fmt::format("{} - コントロール情報を取得できません。 (Err.No={})",
                                     component.Name(), number));
   };
-  if (component.Designer() == nullptr) Open_Designer(ctx, component);
-  host::Designer* designer = component.Designer();
+  host::Designer* designer = Get_Designer(ctx, component);
   if (designer == nullptr) {
     problem(91);  // "object variable not set"
     return;

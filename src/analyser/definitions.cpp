@@ -34,6 +34,11 @@ constexpr std::array kDefinition_Words{
 
 constexpr std::array<std::string_view, 4> kNo_Definition{"Sub", "Function", "Property", "Declare"};
 
+constexpr double kMost_Enum = 1e15;  // beyond a Long anyway, and far from where counting overflows
+// A comment is kept with each name of its line, up to this many bytes for a statement: no line that
+// an editor can hold comes near it, and a damaged file must not blow up the tables.
+constexpr std::size_t kMost_Comment = std::size_t{1} << 20U;
+
 bool Is_List_Kind(char kind) {
   return kind == kDef_Variable || kind == kDef_Static || kind == kDef_Dim;
 }
@@ -59,16 +64,6 @@ std::string Array_Bounds(std::string_view text) {
   const std::size_t close = Closing(text, open);
   const std::string_view inside = text.substr(open + 1, close == npos ? npos : close - open - 1);
   return "(" + Without_Blanks(inside) + ")";
-}
-
-// The word behind " As ", a ":" at its end removed; empty if there is no " As ".
-std::string_view As_Type(std::string_view text) {
-  const std::size_t as = text.find(" As ");
-  if (as == npos) return {};
-  std::string_view rest = text.substr(as + 4);
-  std::string_view word = Take_Word(rest);
-  if (word.ends_with(':')) word.remove_suffix(1);
-  return word;
 }
 
 std::string_view Name_Of(std::string_view text) {
@@ -140,6 +135,15 @@ void Fill_Name(std::string text, std::size_t name_at, Def_Row& row) {
 
 }  // namespace
 
+std::string_view As_Type(std::string_view text) {
+  const std::size_t as = text.find(" As ");
+  if (as == npos) return {};
+  std::string_view rest = text.substr(as + 4);
+  std::string_view word = Take_Word(rest);
+  if (word.ends_with(':')) word.remove_suffix(1);
+  return word;
+}
+
 char Scope_Of(std::string_view word) {
   if (word == "Private") return kScp_Private;
   if (word == "Public" || word == "Global") return kScp_Public;
@@ -203,6 +207,7 @@ void Chk_Def_Inf(std::string_view source, bool in_declare, std::vector<Def_Found
     const std::string_view piece = Trim(std::string_view(statement).substr(at + 1, next - at - 1));
     if (!piece.empty()) {
       Def_Found further{common, std::string(piece)};
+      if (common.Def_CTx.size() * (found.size() + 1) > kMost_Comment) further.Row.Def_CTx.clear();
       Fill_Name(further.Piece + ' ', 0, further.Row);
       found.push_back(std::move(further));
     }
@@ -231,7 +236,8 @@ std::optional<Enm_Element> Chk_Enm_Inf(std::string_view line, long long& counter
   element.CTx = Trim(service::Replace_All(Sep_Comment(statement), "'", ""));
   if (const std::size_t at = statement.find(" = "); at != std::string::npos) {
     element.Nam = Trim(std::string_view(statement).substr(0, at));
-    counter = static_cast<long long>(service::Val(std::string_view(statement).substr(at + 3)));
+    const double value = service::Val(std::string_view(statement).substr(at + 3));
+    counter = static_cast<long long>(std::clamp(value, -kMost_Enum, kMost_Enum));
   } else {
     element.Nam = statement;
     ++counter;
@@ -285,13 +291,29 @@ std::string Argument_Comment(std::string_view comments, std::string_view name) {
   if (name.empty()) return {};
   const std::size_t at = service::Find_No_Case(comments, name);
   if (at == npos) return {};
-  std::size_t end = at;
-  for (std::size_t i = 0; i < name.size();) {
-    (void)service::Next_Code_Point(name, i);
-    if (end < comments.size()) (void)service::Next_Code_Point(comments, end);
-  }
-  const std::string_view rest = comments.substr(end);
+  const std::string_view found = comments.substr(at);
+  const std::string_view rest = found.substr(service::Match_No_Case(found, name));
   return std::string(rest.substr(0, rest.find('\r')));
+}
+
+}  // namespace
+
+std::string Get_Prc_Hed(const host::CodeModule& module, std::string_view mem_nam) {
+  const Host_Name host = To_Host_Name(mem_nam);
+  try {
+    return Read_Header(module, module.ProcBodyLine(host.Nam, host.Knd));
+  } catch (const host::Host_Error& error) {
+    if (error.number != host::kErr_No_Procedure) throw;
+    return {};  // the member is gone, or is no procedure
+  }
+}
+
+std::vector<std::string_view> Split_Arguments(std::string_view header) {
+  const std::size_t open = header.find('(');
+  const std::size_t close = header.rfind(')');
+  if (open == npos || close == npos || close < open) return {};
+  const std::string_view list = Trim(header.substr(open + 1, close - open - 1));
+  return list.empty() ? std::vector<std::string_view>{} : service::Split(list, ",");
 }
 
 Def_Row Parse_Argument(std::string_view source, int position) {
@@ -315,49 +337,27 @@ Def_Row Parse_Argument(std::string_view source, int position) {
   return row;
 }
 
-}  // namespace
-
-std::string Get_Prc_Hed(const host::CodeModule& module, std::string_view mem_nam) {
-  const Host_Name host = To_Host_Name(mem_nam);
-  try {
-    std::string header = Read_Header(module, module.ProcBodyLine(host.Nam, host.Knd));
-    (void)Sep_Comment(header);
-    return header;
-  } catch (const host::Host_Error& error) {
-    if (error.number != host::kErr_No_Procedure) throw;
-    return {};  // the member is gone, or is no procedure
-  }
-}
-
 std::vector<Def_Row> Set_Arg_Inf(const host::CodeModule& module, std::string_view mdl_nam,
-                                 std::string_view mem_nam, const Anl_Options* options) {
+                                 std::string_view mem_nam, const Anl_Options& options) {
   std::vector<Def_Row> arguments;
   if (mem_nam == kDeclare) return arguments;
   const std::string header = Get_Prc_Hed(module, mem_nam);
-  const std::size_t open = header.find('(');
-  const std::size_t close = header.rfind(')');
-  if (open == std::string::npos || close == std::string::npos || close < open) return arguments;
-  const std::string_view list = Trim(std::string_view(header).substr(open + 1, close - open - 1));
-  if (list.empty()) return arguments;
+  const std::vector<std::string_view> pieces = Split_Arguments(header);
+  if (pieces.empty()) return arguments;
 
   const Host_Name host = To_Host_Name(mem_nam);
+  const int top = module.ProcStartLine(host.Nam, host.Knd);
+  const int body = module.ProcBodyLine(host.Nam, host.Knd);
   std::string comments;
-  std::string body_line;
-  if (options != nullptr) {
-    const int top = module.ProcStartLine(host.Nam, host.Knd);
-    const int body = module.ProcBodyLine(host.Nam, host.Knd);
-    body_line = fmt::to_string(body);
-    if (body > top) {
-      comments = Without_Blanks(module.Lines(top, body - top));
-      for (const std::string& character : options->Del_Chr)
-        comments = service::Replace_All(comments, character, "");
-    }
+  if (body > top) {
+    comments = Without_Blanks(module.Lines(top, body - top));
+    for (const std::string& character : options.Del_Chr)
+      comments = service::Replace_All(comments, character, "");
   }
-  int position = 0;
-  for (const std::string_view piece : service::Split(list, ",")) {
-    Def_Row row = Parse_Argument(piece, ++position);
+  for (const std::string_view piece : pieces) {
+    Def_Row row = Parse_Argument(piece, static_cast<int>(arguments.size()) + 1);
     row.Def_Mdl = mdl_nam;
-    row.Def_Lin = body_line;
+    row.Def_Lin = fmt::to_string(body);
     if (!comments.empty()) row.Def_CTx = Argument_Comment(comments, row.Def_Nam);
     arguments.push_back(std::move(row));
   }
@@ -372,12 +372,14 @@ Visible_Names Set_Def_Tbl(const Tables& tables, host::VBE& vbe, const Anl_Option
   host::VBComponent* component =
       project == nullptr ? nullptr : project->VBComponents().Item(mdl_nam);
   host::CodeModule* module = component == nullptr ? nullptr : component->CodeModule();
-  if (!all && mem_nam != kDeclare && module != nullptr) {
-    for (const Def_Row& row : Set_Arg_Inf(*module, mdl_nam, mem_nam, &options))
+  const Host_Name host_name = To_Host_Name(mem_nam);
+  const bool is_procedure = module != nullptr && !Get_Prc_Hed(*module, mem_nam).empty();
+  if (!all && mem_nam != kDeclare && is_procedure) {
+    for (const Def_Row& row : Set_Arg_Inf(*module, mdl_nam, mem_nam, options))
       names.Rows.push_back("0" + service::Srv_Str_Row(row));
-    const Host_Name host = To_Host_Name(mem_nam);
-    const int top = module->ProcStartLine(host.Nam, host.Knd);
-    const std::string text = module->Lines(top, module->ProcCountLines(host.Nam, host.Knd));
+    const int top = module->ProcStartLine(host_name.Nam, host_name.Knd);
+    const std::string text =
+        module->Lines(top, module->ProcCountLines(host_name.Nam, host_name.Knd));
     Stm_Reader reader(text, top);
     std::vector<Def_Found> found;
     while (reader.Next()) {

@@ -55,15 +55,22 @@ struct Host_Name {
 /// "Price(Get)" is the procedure "Price" of kind Get.
 [[nodiscard]] Host_Name To_Host_Name(std::string_view mem_nam);
 
-/// The header statement of a procedure, joined over its continuations and trimmed; empty if the
+/// The header statement of a procedure as it stands, joined over its continuations; empty if the
 /// module has no such procedure.
 [[nodiscard]] std::string Get_Prc_Hed(const host::CodeModule& module, std::string_view mem_nam);
 
-/// The parameters of a procedure (`Arg_Col`): rows of kind "A". With `options` the comment of each
-/// is looked up in the comment block above the header, otherwise it stays empty.
+/// The pieces of a header's parameter list; none for an empty list.
+[[nodiscard]] std::vector<std::string_view> Split_Arguments(std::string_view header);
+/// One parameter, at its 1-based position; module, line and comment are the caller's to fill.
+[[nodiscard]] Def_Row Parse_Argument(std::string_view piece, int position);
+/// The word behind " As ", a ":" at its end removed; empty if there is no " As ".
+[[nodiscard]] std::string_view As_Type(std::string_view text);
+
+/// The parameters of a procedure (`Arg_Col`): rows of kind "A", the comment of each looked up in the
+/// comment block above the header.
 [[nodiscard]] std::vector<Def_Row> Set_Arg_Inf(const host::CodeModule& module,
                                                std::string_view mdl_nam, std::string_view mem_nam,
-                                               const Anl_Options* options);
+                                               const Anl_Options& options);
 
 /// Which names of other modules `Set_Def_Tbl` gives.
 enum class Def_Reach { Module, Project };

@@ -27,15 +27,18 @@ class Run_Guard {
     ctx.Srv.Ui.Set_Wait_Cursor(true);
   }
   ~Run_Guard() {
-    // The central handler still asks `Anl_Bsy` for its wording, and clears it.
-    if (std::uncaught_exceptions() > faults_) {
-      Int_Anl_Res(ctx_, true);
-    } else {
-      ctx_.Srv.Anl_Bsy = false;
+    try {
+      // The central handler still asks `Anl_Bsy` for its wording, and clears it.
+      if (std::uncaught_exceptions() > faults_) {
+        Int_Anl_Res(ctx_, true);
+      } else {
+        ctx_.Srv.Anl_Bsy = false;
+      }
+      ctx_.Srv.Ui.Set_Wait_Cursor(false);
+      if (stop_hook_) ctx_.Srv.Ui.Set_Mouse_Hook(true);
+      ctx_.Srv.Ui.Set_Timer(true);
+    } catch (...) {  // the fault that is on its way counts, not one of the clearing up
     }
-    ctx_.Srv.Ui.Set_Wait_Cursor(false);
-    if (stop_hook_) ctx_.Srv.Ui.Set_Mouse_Hook(true);
-    ctx_.Srv.Ui.Set_Timer(true);
   }
   Run_Guard(const Run_Guard&) = delete;
   Run_Guard& operator=(const Run_Guard&) = delete;
@@ -138,7 +141,7 @@ void Get_Mdl_Man(Anl_Ctx& ctx, Mdl_Ctx& pass, Anl_Progress& progress) {
   if (ctx.Tbl.Anl_Mdl.Empty() || ctx.Sta.Anl_Cnl) return;
   Commit_Edited_Line(ctx);
   const auto total = static_cast<std::int64_t>(ctx.Tbl.Anl_Mdl.Count());
-  progress.Dsp_Anl_Res("Mdl", {}, total * 2, pass.Tot_Lin, ctx.Sta.Lin_Sec);
+  progress.Dsp_Anl_Res("Mdl", {}, total, pass.Tot_Lin, ctx.Sta.Lin_Sec);
   for (const auto& item : ctx.Tbl.Anl_Mdl) {
     if (!Go_On(ctx)) return;
     host::VBProject* project = ctx.VBInst.ActiveVBProject();
@@ -168,18 +171,20 @@ void Run_References(Anl_Ctx& ctx, const Mdl_Ctx& pass, Anl_Progress& progress) {
   };
   const Ref_Ctx ref{ctx.Srv, ctx.VBInst, ctx.Tbl,
                     [&ctx](std::string text) { Put_Problem(ctx, std::move(text)); }};
-  ctx.Sta.Ref_Chg = Get_Ref_Man(ref, [&](std::string_view module) {
-    if (!announced) {
-      Log_Step(ctx, "参照関係取得時の初期処理", {}, begin);
-      progress.Dsp_Anl_Res("Ref", {}, total * 2, pass.Tot_Lin, ctx.Sta.Lin_Sec);
-      announced = true;
-    }
-    finish_module();
-    if (!Go_On(ctx)) return false;
-    current = module;
-    start = ctx.Srv.Clk.Milliseconds();
-    return true;
-  });
+  ctx.Sta.Ref_Chg = Get_Ref_Man(
+      ref, [&] { return Go_On(ctx); },
+      [&](std::string_view module) {
+        if (!announced) {
+          Log_Step(ctx, "参照関係取得時の初期処理", {}, begin);
+          progress.Dsp_Anl_Res("Ref", {}, total, pass.Tot_Lin, ctx.Sta.Lin_Sec);
+          announced = true;
+        }
+        finish_module();
+        if (!Go_On(ctx)) return false;
+        current = module;
+        start = ctx.Srv.Clk.Milliseconds();
+        return true;
+      });
   finish_module();
 }
 
@@ -220,7 +225,8 @@ void Run_Passes(Anl_Ctx& ctx, Anl_Progress& progress, std::int64_t start) {
                  if (!ctx.Sta.Fst_Anl) return;
                  ctx.Sta.Err_Ctl = true;
                  Put_Problem(ctx, std::move(text));
-               }};
+               },
+               [&ctx](std::string text) { Put_Problem(ctx, std::move(text)); }};
   Log_Step(ctx, "オートシェープ､フォームコントロールのマクロ定義取得", {}, since);
 
   if (!ctx.Tbl.Anl_Mdl.Empty() && !sta.Anl_Cnl) {
@@ -311,7 +317,9 @@ void Req_Anl_Cnl(Anl_Ctx& ctx) {
   const service::Answer answer = service::Srv_Dsp_Msg(
       ctx.Srv, "解析処理を中止するとこれまでの取得情報はすべて破棄します。    |中止しますか。",
       service::Buttons::Yes_No, 2, service::Icon::Question);
-  if (answer == service::Answer::Yes) ctx.Sta.Anl_Cnl = true;
+  if (answer != service::Answer::Yes) return;
+  ctx.Sta.Anl_Cnl = true;
+  ctx.Srv.Ui.Close_Progress();
 }
 
 }  // namespace oru::analyser

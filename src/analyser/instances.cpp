@@ -2,6 +2,7 @@
 #include "analyser/instances.h"
 
 #include <algorithm>
+#include <array>
 
 #include "service/text.h"
 
@@ -9,8 +10,11 @@ namespace oru::analyser {
 
 namespace {
 
-constexpr std::string_view kNo_Names =
-    " Public Private Friend Static Function Dim WithEvents As New Event Property Get Let Set Nothing For Each In = ";
+// Words of a statement that name no instance.
+constexpr std::array<std::string_view, 19> kNo_Names{
+    "Public",  "Private", "Friend", "Static",   "Function", "Dim", "WithEvents",
+    "As",      "New",     "Event",  "Property", "Get",      "Let", "Set",
+    "Nothing", "For",     "Each",   "In",       "="};
 
 char First(std::string_view text) {
   return text.empty() ? '\0' : text.front();
@@ -61,11 +65,7 @@ Instances::Binding Instances::Parse(const Tables& tables, std::string_view text)
   while (!text.empty()) {
     const std::string_view word = service::Take_Word(text);
     if (word.size() < 2 || service::Len_Chr(word) < service::Chr_Count{2}) continue;
-    // A word is in the list when it stands there between blanks; no word holds a blank.
-    const std::size_t at = kNo_Names.find(word);
-    if (at != std::string_view::npos && kNo_Names[at - 1] == ' ' &&
-        kNo_Names[at + word.size()] == ' ')
-      continue;
+    if (std::find(kNo_Names.begin(), kNo_Names.end(), word) != kNo_Names.end()) continue;
     std::string_view name = word;
     if (const std::size_t open = name.find('(', 1); open != std::string_view::npos)
       name = name.substr(0, open);
@@ -101,7 +101,6 @@ void Instances::Bind(const Tables& tables, std::string_view text, std::string_vi
 }
 
 bool Instances::Knows(std::string_view name) const {
-  if (index_.find(name) != index_.end()) return true;
   return names_.find(service::To_Lower(name)) != names_.end();
 }
 

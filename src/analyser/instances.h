@@ -39,6 +39,8 @@ class Instances {
 
   /// True if a row of that name (letter case aside) was ever added in this pass (`CsI_Col`).
   [[nodiscard]] bool Knows(std::string_view name) const;
+  /// Number of names added so far; grows when `Knows` may answer differently.
+  [[nodiscard]] std::size_t Name_Count() const { return names_.size(); }
   /// `Chk_CsI_Tbl`: the last row of that name that is not private to another module, or null. The
   /// next `Set` on an object of open class then starts its classes anew.
   [[nodiscard]] const CsI_Row* Find(std::string_view name, std::string_view module);

@@ -105,6 +105,15 @@ const Member_Kind* Find_Member_Kind(const Mem_Row& row) {
   return nullptr;
 }
 
+// A late-bound call; a refusal leaves things as they are.
+template <class Call>
+void Late(Call call) {
+  try {
+    call();
+  } catch (const host::Host_Error&) {
+  }
+}
+
 const Icon_Name* Find_Icon(std::string_view tag) {
   for (const Icon_Name& icon : kIcon_Names)
     if (icon.tag == tag) return &icon;
@@ -153,18 +162,27 @@ Mdl_Kind Rev_Mdl_Typ(host::VBE& vbe, host::HostApp* app, std::string_view host_f
   if (component == nullptr) return {};
   const int type = component->Type();
   if (type != host::kType_Document || app == nullptr) return {fmt::to_string(type), {}};
-  // Each call may be refused (a closed workbook, an add-in's own project): then it stays a document.
-  try {
-    host::Workbook& book = app->Workbooks(host_file);
-    if (book.CodeName() == name) return {std::string(kTyp_Workbook), book.Name()};
-    host::Sheets& sheets = book.Sheets();
-    for (int i = 1; i <= sheets.Count(); ++i) {
-      host::Sheet& sheet = sheets.Item(i);
-      if (sheet.CodeName() == name) return {std::string(kTyp_Sheet), sheet.Name()};
-    }
-  } catch (const host::Host_Error&) {
-  }
-  return {fmt::to_string(type), {}};
+  // Each call may be refused by itself (a closed workbook, an add-in's own project, one damaged
+  // sheet): what answers still counts, and what does not stays a document.
+  host::Workbook* book = nullptr;
+  host::Sheets* sheets = nullptr;
+  int count = 0;
+  Late([&] { book = &app->Workbooks(host_file); });
+  if (book == nullptr) return {fmt::to_string(type), {}};
+  Mdl_Kind kind{fmt::to_string(type), {}};
+  Late([&] {
+    if (book->CodeName() == name) kind = {std::string(kTyp_Workbook), book->Name()};
+  });
+  Late([&] {
+    sheets = &book->Sheets();
+    count = sheets->Count();
+  });
+  for (int i = 1; i <= count && kind.Mdl_Cap.empty(); ++i)
+    Late([&] {
+      host::Sheet& sheet = sheets->Item(i);
+      if (sheet.CodeName() == name) kind = {std::string(kTyp_Sheet), sheet.Name()};
+    });
+  return kind;
 }
 
 }  // namespace oru::analyser

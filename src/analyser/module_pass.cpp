@@ -24,10 +24,16 @@ constexpr auto npos = std::string_view::npos;
 constexpr std::array<std::string_view, 6> kDropped{"Else", "Exit", "Next", "Const", "Case", "#"};
 
 void Append_Five(std::string& text, int number) {
-  std::array<char, 16> digits{};
-  const auto end = fmt::format_to(digits.data(), "{:05}", number);
-  text.append(digits.data(), end);
+  std::array<char, 5> digits{};
+  for (auto digit = digits.rbegin(); digit != digits.rend(); ++digit, number /= 10)
+    *digit = static_cast<char>('0' + number % 10);
+  text.append(digits.data(), digits.size());
 }
+
+// Line offsets are five digits.
+constexpr int kLast_Offset = 99999;
+// The editor's longest statement has 25 lines of 1,023 characters.
+constexpr std::size_t kLongest_Statement = 64 * 1024;
 
 class Module_Reader {
  public:
@@ -63,6 +69,7 @@ class Module_Reader {
   void Chk_Header(std::string_view statement);
   void Chk_Mem_Lin(std::string_view statement, int line);
   [[nodiscard]] bool Is_Event(std::string_view member) const;
+  void Tell_Left_Out(int line);
   void Set_RCk_Inf(std::string_view name, std::string_view scope, char kind, std::string_view type);
   void Put_Counts(Mem_Row& row, const Counts& counts, const Metrics& metrics);
 
@@ -75,6 +82,7 @@ class Module_Reader {
   std::vector<std::pair<std::string, std::string>> declares_;  // name, row
   std::vector<Def_Found> found_;
   std::string masked_;
+  bool left_out_told_ = false;  // once for each member
 };
 
 std::string Module_Reader::Read() {
@@ -106,6 +114,10 @@ std::string Module_Reader::Read_Section() {
     } else if (reader.Kind() == Stm_Kind::Code) {
       const bool is_option = reader.Cur_Stm().starts_with("Option ");
       module_comment.Meet_Code(is_option);
+      if (reader.Cur_Stm().size() > kLongest_Statement) {
+        Tell_Left_Out(reader.Cur_Lin());
+        continue;
+      }
       if (!is_option) Chk_Dec_Inf(reader.Cur_Stm(), reader.Cur_Lin(), last_comment);
     }
   }
@@ -173,6 +185,7 @@ void Module_Reader::Add_Declare(std::string_view rest, char scope, int line,
 
 void Module_Reader::Read_Member(const host::Member_Place& place) {
   mem_ = {};
+  left_out_told_ = false;
   mem_.Mem_Nam = place.Nam;
   mem_.Mem_Mdl = name_;
   mem_.Mem_Knd = place.Knd;
@@ -257,8 +270,22 @@ void Module_Reader::Chk_Mem_Lin(std::string_view statement, int line) {
   for (const std::string_view dropped : kDropped)
     if (word == dropped) return;
   if (word == "End" && !statement.starts_with("End With")) return;
-  Append_Five(entry_.RCd, line - place_.Top + 1);
+  const int offset = line - place_.Top + 1;
+  if (offset > kLast_Offset || statement.size() > kLongest_Statement) {
+    // The record has five digits; and what is far beyond the editor's own limits is no code.
+    Tell_Left_Out(line);
+    return;
+  }
+  Append_Five(entry_.RCd, offset);
   entry_.RCd.append(statement).append("\r\n");
+}
+
+void Module_Reader::Tell_Left_Out(int line) {
+  if (left_out_told_) return;
+  left_out_told_ = true;
+  ctx_.Problem(fmt::format(
+      "{} - {} 行目からの文は、行数または長さがエディタの限度を超えるため解析しませんでした。",
+      name_, line));
 }
 
 void Module_Reader::Set_RCk_Inf(std::string_view name, std::string_view scope, char kind,

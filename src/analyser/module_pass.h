@@ -28,6 +28,8 @@ struct Mdl_Ctx {
   Anl_Options Options;
   /// Takes a control list that could not be read.
   std::function<void(std::string)> Control_Problem;
+  /// Takes a statement that could not be read.
+  std::function<void(std::string)> Problem;
   std::int64_t Tot_Lin = 0;  ///< lines read: code, comment and blank
   std::int64_t Cod_Lin = 0;  ///< lines read: code and comment
 };

@@ -12,8 +12,11 @@ namespace oru::analyser {
 
 class Anl_Progress {
  public:
-  /// `shown` is told of a display that is open already.
   explicit Anl_Progress(service::Services& services);
+  /// Closes the display too, so that none stays behind a fault.
+  ~Anl_Progress() { Close(); }
+  Anl_Progress(const Anl_Progress&) = delete;
+  Anl_Progress& operator=(const Anl_Progress&) = delete;
 
   /// `Dsp_Anl_Res`: a tag ("Lod", "Sav", "Chk", "Mdl", "Ref") starts a count at zero with the given
   /// total; an empty tag adds one. `lines` and `speed` (lines read, lines per second of the last

@@ -22,9 +22,8 @@ constexpr auto npos = std::string_view::npos;
 constexpr std::size_t kMost_With = 11;
 constexpr std::size_t kLine_Digits = 5;
 constexpr char kWith_Separator = '\0';
-// The host's longest statement has 25 lines of 1,023 characters. What is far beyond that is no code,
-// and rewriting it word by word would take forever.
-constexpr std::size_t kLongest_Statement = 64 * 1024;
+// A chain of `With .a` blocks longer than any statement leads nowhere.
+constexpr std::size_t kLongest_Chain = 64 * 1024;
 constexpr std::size_t kReport_Width = 200;  // bytes of a statement that a report shows
 
 // The targets hit so far by one section of a member, with the words that hit them.
@@ -117,8 +116,8 @@ struct With_State {
 
 class Reference_Reader {
  public:
-  explicit Reference_Reader(const Ref_Ctx& ctx)
-      : ctx_(ctx), members_(ctx.Tbl), instances_(ctx.Tbl) {}
+  Reference_Reader(const Ref_Ctx& ctx, const Mem_Dic& members)
+      : ctx_(ctx), members_(members), instances_(ctx.Tbl) {}
 
   // `Get_Ref_Lop`: reads one module and returns its reference text.
   std::string Read_Module(std::string_view module);
@@ -128,14 +127,17 @@ class Reference_Reader {
   void End_Member();  // `Upd_Ref_Inf`
   void Chk_Ref_Inf(std::string_view line);
   void Read_Words();
-  void Read_Word(std::string_view word);
+  void Read_Plain_Word(std::string_view word, std::uint32_t hash);
+  void Read_Dotted_Word(std::string_view word);
+  [[nodiscard]] bool Chk_Known(std::string_view word);
+  [[nodiscard]] bool Leads_On(std::string_view first);
   void Resolve(std::string_view word, std::string_view first, std::string_view member);
   bool Hit_Candidate(std::string_view word, std::string_view member, std::string_view module,
                      bool open_class);
   void Report(std::string_view what);
 
   const Ref_Ctx& ctx_;
-  Mem_Dic members_;
+  const Mem_Dic& members_;
   Instances instances_;
   const host::CodeModule* code_ = nullptr;
   std::string buffer_;   // the module's records
@@ -150,7 +152,14 @@ class Reference_Reader {
   std::string_view line_;                                  // its five digits
   std::string word_;                                       // a word with its `With` prefix
   std::vector<Def_Found> found_;
+  service::Text_Map<bool> first_parts_;
+  std::size_t first_parts_known_ = 0;
 };
+
+// Parentheses and commas count as blanks once the indexed parts have been rewritten.
+bool Ends_Word(char c) {
+  return c == ' ' || c == '(' || c == ')' || c == ',';
+}
 
 std::string Reference_Reader::Read_Module(std::string_view module) {
   const service::Err_Frame frame(ctx_.Srv.Errors, "Mod_Ref", "Get_Ref_Lop");
@@ -188,8 +197,13 @@ void Reference_Reader::Begin_Member(std::string_view member) {
   err_sec_ = false;
   with_.Clear();
   if (code_ == nullptr) return;
+  const std::string header = Get_Prc_Hed(*code_, cur_prc_);
   std::string words;
-  for (const Def_Row& argument : Set_Arg_Inf(*code_, cur_ref_, cur_prc_, nullptr)) {
+  for (const std::string_view piece : Split_Arguments(header)) {
+    // Few parameters are of a class: the others are turned away by their type word alone.
+    const std::string_view type = As_Type(piece);
+    if (!type.empty() && Chk_InV_Typ(ctx_.Tbl, type) == 0) continue;
+    const Def_Row argument = Parse_Argument(piece, 0);
     words.assign(argument.Def_Nam).append(1, ' ').append(argument.Def_Typ);
     instances_.Declare(ctx_.Tbl, words, cur_ref_);
   }
@@ -221,10 +235,6 @@ void Reference_Reader::Chk_Ref_Inf(std::string_view line) {
   line_ = line.substr(0, kLine_Digits);
   statement_ = line.substr(kLine_Digits);
   const service::Err_Frame frame(ctx_.Srv.Errors, "Mod_Ref", "Chk_Ref_Inf", &statement_);
-  if (statement_.size() > kLongest_Statement) {
-    Report("文が長すぎるため参照関係を解析しませんでした。");
-    return;
-  }
   std::string& s = statement_;
   const std::size_t blank = s.find(' ');
   const std::string_view first = std::string_view(s).substr(0, blank);
@@ -250,8 +260,9 @@ void Reference_Reader::Chk_Ref_Inf(std::string_view line) {
     return;
   }
   Rev_Cst_Val(s);
-  if (const std::size_t at = s.find(" AddressOf "); at != npos) {
-    const std::string_view behind = std::string_view(s).substr(at + 11);
+  // The word is sought without its blanks: a search for a blank would stop at every one.
+  if (const std::size_t at = s.find("AddressOf "); at != npos && at > 0 && s[at - 1] == ' ') {
+    const std::string_view behind = std::string_view(s).substr(at + 10);
     std::size_t end = behind.find(',');
     if (end == npos) end = behind.find(')');
     const std::string_view name = service::Trim(behind.substr(0, end));
@@ -269,45 +280,83 @@ void Reference_Reader::Chk_Ref_Inf(std::string_view line) {
     return;
   }
   Del_Mod_Idx(s);
-  std::replace_if(
-      s.begin(), s.end(), [](char c) { return c == '(' || c == ')' || c == ','; }, ' ');
   Read_Words();
 }
 
 void Reference_Reader::Read_Words() {
   hits_.clear();
   const std::string_view text = statement_;
-  for (std::size_t from = 0; from < text.size();) {
-    const std::size_t end = std::min(text.find(' ', from), text.size());
-    if (end > from) Read_Word(text.substr(from, end - from));
-    from = end + 1;
+  for (std::size_t from = 0; from < text.size(); ++from) {
+    std::uint32_t hash = Mem_Dic::kHash_Start;
+    bool dotted = false;
+    std::size_t end = from;
+    for (; end < text.size() && !Ends_Word(text[end]); ++end) {
+      dotted |= text[end] == '.';
+      hash = Mem_Dic::Hash_Byte(hash, text[end]);
+    }
+    if (end > from) {
+      const std::string_view word = text.substr(from, end - from);
+      if (dotted) {
+        Read_Dotted_Word(word);
+      } else if (Is_Type_Character(word.back())) {
+        const std::string_view name = word.substr(0, word.size() - 1);
+        Read_Plain_Word(name, Mem_Dic::Hash(name));
+      } else {
+        Read_Plain_Word(word, hash);
+      }
+    }
+    from = end;
   }
   Hit_Table& table = err_sec_ ? error_ : normal_;
   for (const auto& [word, target] : hits_) table.Add(word, target, line_);
 }
 
-void Reference_Reader::Read_Word(std::string_view word) {
+// The tests that a candidate has to pass besides being a name: its length, and being no reserved
+// word; a word that this section knows needs no more work. (A number is no member's name, so it
+// needs no test of its own.)
+bool Reference_Reader::Chk_Known(std::string_view word) {
+  if (service::To_Int(service::Len_Chr(word)) < ctx_.Tbl.MLL) return true;
+  if (ctx_.Srv.KWd.Has(word)) return true;
+  return (err_sec_ ? error_ : normal_).Know(word, line_);
+}
+
+void Reference_Reader::Read_Plain_Word(std::string_view word, std::uint32_t hash) {
+  // Most words end here.
+  if (members_.Get(word, hash) == nullptr || Chk_Known(word)) return;
+  Resolve(word, {}, word);
+}
+
+void Reference_Reader::Read_Dotted_Word(std::string_view word) {
   if (word.front() == '.') {
+    // Most chains lead nowhere: that is seen before the word is put together.
+    const std::string_view chain = with_.current;
+    const std::size_t level = std::min(chain.find(kWith_Separator), chain.find('.'));
+    if (chain.size() > kLongest_Chain || !Leads_On(chain.substr(0, level))) return;
     word_ = with_.current;
     std::replace(word_.begin(), word_.end(), kWith_Separator, '.');
     word_ += word;
     word = word_;
   }
   if (Is_Type_Character(word.back())) word.remove_suffix(1);
-  if (word.empty() || word.front() == '"') return;
+  if (word.front() == '"') return;
+  const std::string_view first = word.substr(0, word.find('.'));
+  if (!Leads_On(first) || Chk_Known(word)) return;
+  Resolve(word, first, word.substr(word.rfind('.') + 1));
+}
 
-  const std::size_t dot = word.find('.');
-  const std::string_view first = word.substr(0, dot);
-  const std::string_view member = dot == npos ? word : word.substr(word.rfind('.') + 1);
-  if (dot == npos) {
-    // Most words end here. A number is no member's name, so it needs no test of its own.
-    if (members_.Get(word) == nullptr) return;
+// Whether the first part of a dotted word is a module or was ever an instance. Asked for the same
+// few words again and again, so the answer yes or no is kept; an instance that turns up later makes
+// a no stale, which the count of instances tells.
+bool Reference_Reader::Leads_On(std::string_view first) {
+  if (first_parts_known_ != instances_.Name_Count()) {
+    first_parts_.clear();
+    first_parts_known_ = instances_.Name_Count();
   }
-  if (service::To_Int(service::Len_Chr(word)) < ctx_.Tbl.MLL) return;
-  if (dot != npos && !ctx_.Tbl.Prj_Mdl.Has(first) && !instances_.Knows(first)) return;
-  if (ctx_.Srv.KWd.Has(word)) return;
-  if ((err_sec_ ? error_ : normal_).Know(word, line_)) return;
-  Resolve(word, dot == npos ? std::string_view{} : first, member);
+  const auto at = first_parts_.find(first);
+  if (at != first_parts_.end()) return at->second;
+  const bool leads = ctx_.Tbl.Prj_Mdl.Has(first) || instances_.Knows(first);
+  first_parts_.emplace(std::string(first), leads);
+  return leads;
 }
 
 void Reference_Reader::Resolve(std::string_view word, std::string_view first,
@@ -334,7 +383,7 @@ void Reference_Reader::Resolve(std::string_view word, std::string_view first,
 
 bool Reference_Reader::Hit_Candidate(std::string_view word, std::string_view member,
                                      std::string_view module, bool open_class) {
-  const std::vector<Mem_Dic::Entry>* entries = members_.Get(member);
+  const std::vector<Mem_Dic::Entry>* entries = members_.Get(member, Mem_Dic::Hash(member));
   if (member.empty() || entries == nullptr) return false;
   const auto hit = [&](const Mem_Dic::Entry& entry) {
     hits_.emplace_back(word, Full_Name(entry.Mdl, member));
@@ -358,7 +407,12 @@ bool Reference_Reader::Hit_Candidate(std::string_view word, std::string_view mem
 
 void Del_Mod_Idx(std::string& statement) {
   std::string_view s = statement;
-  for (std::size_t close = s.rfind(")."); close != npos && close != 0; close = s.rfind(").")) {
+  const auto last_close = [&s] {
+    for (std::size_t i = s.size(); i-- > 1;)
+      if (s[i] == '.' && s[i - 1] == ')') return i - 1;
+    return npos;
+  };
+  for (std::size_t close = last_close(); close != npos && close != 0; close = last_close()) {
     std::size_t open = close;
     for (int depth = 0;; --open) {
       if (s[open] == ')') ++depth;
@@ -378,10 +432,16 @@ void Del_Mod_Idx(std::string& statement) {
   }
 }
 
-bool Get_Ref_Man(const Ref_Ctx& ctx, const Module_Step& step) {
+bool Get_Ref_Man(const Ref_Ctx& ctx, const Go_On& go_on, const Module_Step& step) {
   const service::Err_Frame frame(ctx.Srv.Errors, "Mod_Ref", "Get_Ref_Man");
   bool changed = false;
-  Reference_Reader reader(ctx);
+  Mem_Dic members(ctx.Tbl);
+  for (const auto& item : ctx.Tbl.Mdl_Tbl) {
+    if (!go_on()) return changed;
+    members.Add(*item.value);
+  }
+  members.Close();
+  Reference_Reader reader(ctx, members);
   for (const auto& item : ctx.Tbl.Anl_Mdl) {
     if (!step(item.key)) return changed;
     const auto* entry = ctx.Tbl.Mdl_Tbl.Get(item.key);

@@ -23,13 +23,15 @@ struct Ref_Ctx {
   std::function<void(std::string)> Problem;
 };
 
-/// Told before each module; false stops the pass (a cancel).
+/// Lets events run; false stops the pass (a cancel).
+using Go_On = std::function<bool()>;
+/// Told before each module that is read; false stops the pass.
 using Module_Step = std::function<bool(std::string_view module)>;
 
 /// Reads the modules of `Anl_Mdl` (`Get_Ref_Man`): widens `MLL` and `MHL`, replaces their strings
 /// in `Ref_Tbl`, empties their "RCd", and makes `Ref_All` and `RIf_Dic` anew. True if a string
 /// differs from the one before. A pass that was stopped leaves the tables unusable.
-bool Get_Ref_Man(const Ref_Ctx& ctx, const Module_Step& step);
+bool Get_Ref_Man(const Ref_Ctx& ctx, const Go_On& go_on, const Module_Step& step);
 
 /// Rewrites indexed parts of a masked statement, from the right: "Foo(i).Bar" becomes "i Foo.Bar",
 /// so that the index is looked at by itself and the member stays qualified.

@@ -9,51 +9,50 @@ using service::Srv_Sep_Txt;
 
 namespace {
 
-bool Set_Mdl(Tbl_Cur& cur, const std::unique_ptr<Mdl_Entry>* entry) {
-  if (entry == nullptr) return false;
-  cur.Entry = entry->get();
-  Set_Mdl_Inf(cur, cur.Entry->Mdl);
-  return true;
+const Mdl_Entry* Find_Module(const Tables& tables, const Tbl_Ix& index) {
+  if (index.Position == 0) {
+    const auto* entry = tables.Mdl_Tbl.Get(index.Name);
+    return entry == nullptr ? nullptr : entry->get();
+  }
+  const auto* item = tables.Mdl_Tbl.At(index.Position);
+  return item == nullptr ? nullptr : item->value.get();
 }
 
-bool Set_No_Mem(Tbl_Cur& cur, std::string_view module, std::string_view member) {
-  cur.Mem.Mem_Mdl = module;
-  cur.Mem.Mem_Nam = member;
-  cur.Mem.Mem_Knd.clear();
-  cur.Mem.Mem_Scp.clear();
-  cur.Mem.Mem_Sub.clear();
-  cur.Mem.Mem_CTx.clear();
-  cur.Mem.Mem_Lin = "1";
-  return false;
+const std::string* Find_Member(const Mdl_Entry* entry, const Tbl_Ix& index) {
+  if (entry == nullptr) return nullptr;
+  if (index.Position == 0) return entry->Mem.Get(index.Name);
+  const auto* item = entry->Mem.At(index.Position);
+  return item == nullptr ? nullptr : &item->value;
+}
+
+std::string As_Text(const Tbl_Ix& index) {
+  return index.Position == 0 ? std::string(index.Name) : fmt::to_string(index.Position);
 }
 
 }  // namespace
 
-bool Set_Mdl_Fld(const Tables& tables, Tbl_Cur& cur, std::string_view ag_MdlIx) {
-  return Set_Mdl(cur, tables.Mdl_Tbl.Get(ag_MdlIx));
-}
-
-bool Set_Mdl_Fld(const Tables& tables, Tbl_Cur& cur, std::size_t ag_MdlIx) {
-  const auto* item = tables.Mdl_Tbl.At(ag_MdlIx);
-  return Set_Mdl(cur, item == nullptr ? nullptr : &item->value);
-}
-
-bool Set_Mem_Fld(const Tables& tables, Tbl_Cur& cur, std::string_view ag_MdlIx,
-                 std::string_view ag_MemIx) {
-  const auto* entry = tables.Mdl_Tbl.Get(ag_MdlIx);
-  const std::string* row = entry == nullptr ? nullptr : (*entry)->Mem.Get(ag_MemIx);
-  if (row == nullptr) return Set_No_Mem(cur, ag_MdlIx, ag_MemIx);
-  Set_Mem_Inf(cur, *row);
+bool Set_Mdl_Fld(const Tables& tables, Tbl_Cur& cur, const Tbl_Ix& ag_MdlIx) {
+  const Mdl_Entry* entry = Find_Module(tables, ag_MdlIx);
+  if (entry == nullptr) return false;
+  cur.Entry = entry;
+  Set_Mdl_Inf(cur, entry->Mdl);
   return true;
 }
 
-bool Set_Mem_Fld(const Tables& tables, Tbl_Cur& cur, std::string_view ag_MdlIx,
-                 std::size_t ag_MemIx) {
-  const auto* entry = tables.Mdl_Tbl.Get(ag_MdlIx);
-  const auto* item = entry == nullptr ? nullptr : (*entry)->Mem.At(ag_MemIx);
-  if (item == nullptr) return Set_No_Mem(cur, ag_MdlIx, fmt::to_string(ag_MemIx));
-  Set_Mem_Inf(cur, item->value);
-  return true;
+bool Set_Mem_Fld(const Tables& tables, Tbl_Cur& cur, const Tbl_Ix& ag_MdlIx,
+                 const Tbl_Ix& ag_MemIx) {
+  if (const std::string* row = Find_Member(Find_Module(tables, ag_MdlIx), ag_MemIx);
+      row != nullptr) {
+    Set_Mem_Inf(cur, *row);
+    return true;
+  }
+  cur.Mem.Mem_Mdl = As_Text(ag_MdlIx);
+  cur.Mem.Mem_Nam = As_Text(ag_MemIx);
+  for (std::string* field :
+       {&cur.Mem.Mem_Knd, &cur.Mem.Mem_Scp, &cur.Mem.Mem_Sub, &cur.Mem.Mem_CTx})
+    field->clear();
+  cur.Mem.Mem_Lin = "1";
+  return false;
 }
 
 void Set_Mdl_Inf(Tbl_Cur& cur, std::string_view row) {

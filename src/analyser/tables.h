@@ -156,15 +156,22 @@ struct Tbl_Cur {
   const Mdl_Entry* Entry = nullptr;  ///< the current module's store (`Cur_Mem` is its "Mem")
 };
 
-/// Makes a module current, by name or 1-based position. False if there is none.
-[[nodiscard]] bool Set_Mdl_Fld(const Tables& tables, Tbl_Cur& cur, std::string_view ag_MdlIx);
-[[nodiscard]] bool Set_Mdl_Fld(const Tables& tables, Tbl_Cur& cur, std::size_t ag_MdlIx);
-/// Makes a member current, by name or 1-based position. On failure false: `Mem_Mdl` and `Mem_Nam`
-/// are the arguments as text, kind, scope, sub-kind and comment empty, `Mem_Lin` 1.
-[[nodiscard]] bool Set_Mem_Fld(const Tables& tables, Tbl_Cur& cur, std::string_view ag_MdlIx,
-                               std::string_view ag_MemIx);
-[[nodiscard]] bool Set_Mem_Fld(const Tables& tables, Tbl_Cur& cur, std::string_view ag_MdlIx,
-                               std::size_t ag_MemIx);
+/// Names an entry: by its key, or by its 1-based position in the table.
+struct Tbl_Ix {
+  Tbl_Ix(std::string_view name) : Name(name) {}         // NOLINT(google-explicit-constructor)
+  Tbl_Ix(const std::string& name) : Name(name) {}       // NOLINT(google-explicit-constructor)
+  Tbl_Ix(const char* name) : Name(name) {}              // NOLINT(google-explicit-constructor)
+  Tbl_Ix(std::size_t position) : Position(position) {}  // NOLINT(google-explicit-constructor)
+  std::string_view Name;
+  std::size_t Position = 0;  ///< 0: by name
+};
+
+/// Makes a module current. False if there is none.
+[[nodiscard]] bool Set_Mdl_Fld(const Tables& tables, Tbl_Cur& cur, const Tbl_Ix& ag_MdlIx);
+/// Makes a member current. On failure false: `Mem_Mdl` and `Mem_Nam` are the arguments as text, kind,
+/// scope, sub-kind and comment empty, `Mem_Lin` 1.
+[[nodiscard]] bool Set_Mem_Fld(const Tables& tables, Tbl_Cur& cur, const Tbl_Ix& ag_MdlIx,
+                               const Tbl_Ix& ag_MemIx);
 /// Split a given row into the cursor, looking nothing up.
 void Set_Mdl_Inf(Tbl_Cur& cur, std::string_view row);
 void Set_Mem_Inf(Tbl_Cur& cur, std::string_view row);

@@ -10,16 +10,21 @@ namespace oru::service {
 namespace {
 
 // No timer may fire behind a message that waits for its answer; a display that fails must not
-// leave them stopped.
+// leave them stopped. During an analysis they stand still anyway, and go on doing so.
 class Timer_Pause {
  public:
-  explicit Timer_Pause(User_Interface& ui) : ui_(ui) { ui_.Set_Timer(false); }
-  ~Timer_Pause() { ui_.Set_Timer(true); }
+  Timer_Pause(User_Interface& ui, bool pauses) : ui_(ui), pauses_(pauses) {
+    if (pauses_) ui_.Set_Timer(false);
+  }
+  ~Timer_Pause() {
+    if (pauses_) ui_.Set_Timer(true);
+  }
   Timer_Pause(const Timer_Pause&) = delete;
   Timer_Pause& operator=(const Timer_Pause&) = delete;
 
  private:
   User_Interface& ui_;
+  bool pauses_;
 };
 
 }  // namespace
@@ -39,7 +44,7 @@ Answer Srv_Dsp_Msg(Services& services, std::string_view text, Buttons buttons, i
   const bool named = default_button >= 1 && default_button <= kMost_Buttons;
   const Message message{Fmt_Msg_Txt(text, services.Product.Ide_Version), services.Product.Title,
                         buttons, named ? default_button : 1, icon};
-  const Timer_Pause pause(services.Ui);
+  const Timer_Pause pause(services.Ui, !services.Anl_Bsy);
   return services.Ui.Show_Message(message);
 }
 

@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 #include <unicode/uchar.h>
 
+#include <algorithm>
 #include <cctype>
 #include <charconv>
 #include <cmath>
@@ -23,6 +24,13 @@ bool Is_Ascii(std::string_view text) {
 
 char Lower_Ascii(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+}
+
+// Simple lower case of one character. Kana, ideographs and what stands between them have none.
+char32_t Lower_Of(char32_t c) {
+  if (c < 0x80) return c >= U'A' && c <= U'Z' ? c + (U'a' - U'A') : c;
+  if (c >= 0x2E80 && c < 0xA640) return c;
+  return static_cast<char32_t>(u_tolower(static_cast<UChar32>(c)));
 }
 
 bool Is_Digit(char c) {
@@ -50,13 +58,12 @@ bool Is_Wide_Latin1(char32_t c) {
 }  // namespace
 
 std::string_view Trim_Left(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(' ');
-  return first == std::string_view::npos ? std::string_view{} : text.substr(first);
+  // An empty result still points into the text, so that offsets can be taken from it.
+  return text.substr(std::min(text.find_first_not_of(' '), text.size()));
 }
 
 std::string_view Trim_Right(std::string_view text) {
-  const std::size_t last = text.find_last_not_of(' ');
-  return last == std::string_view::npos ? std::string_view{} : text.substr(0, last + 1);
+  return text.substr(0, text.find_last_not_of(' ') + 1);  // npos + 1 is 0
 }
 
 std::string_view Trim(std::string_view text) {
@@ -106,8 +113,7 @@ std::string To_Lower(std::string_view text) {
     const char32_t c = Next_Code_Point(text, i);
     if (c < 0x80) {
       result += Lower_Ascii(static_cast<char>(c));
-    } else if (const auto lower = static_cast<char32_t>(u_tolower(static_cast<UChar32>(c)));
-               lower != c) {
+    } else if (const char32_t lower = Lower_Of(c); lower != c) {
       Append_Code_Point(result, lower);
     } else {
       result.append(text, start, i - start);
@@ -116,39 +122,26 @@ std::string To_Lower(std::string_view text) {
   return result;
 }
 
-bool Equal_No_Case(std::string_view a, std::string_view b) {
-  if (a == b) return true;
-  if (Is_Ascii(a) && Is_Ascii(b)) {
-    if (a.size() != b.size()) return false;
-    for (std::size_t i = 0; i < a.size(); ++i)
-      if (Lower_Ascii(a[i]) != Lower_Ascii(b[i])) return false;
-    return true;
+std::size_t Match_No_Case(std::string_view text, std::string_view head) {
+  std::size_t at = 0;
+  for (std::size_t i = 0; i < head.size();) {
+    if (at >= text.size()) return std::string_view::npos;
+    // Bytes below 0x80 stand for themselves in both texts; all others are compared as characters.
+    if (Lower_Of(Next_Code_Point(text, at)) != Lower_Of(Next_Code_Point(head, i)))
+      return std::string_view::npos;
   }
-  return To_Lower(a) == To_Lower(b);
+  return at;
+}
+
+bool Equal_No_Case(std::string_view a, std::string_view b) {
+  return a == b || Match_No_Case(a, b) == a.size();
 }
 
 std::size_t Find_No_Case(std::string_view text, std::string_view what, std::size_t from) {
-  if (from > text.size()) return std::string_view::npos;
-  const std::string folded_what = To_Lower(what);
-  if (Is_Ascii(text)) {
-    const std::size_t at = std::string_view(To_Lower(text.substr(from))).find(folded_what);
-    return at == std::string::npos ? at : at + from;
-  }
-  // Lower case may change a character's length in bytes, so the match is sought per character.
-  for (std::size_t start = from; start <= text.size();) {
-    std::size_t at = start;
-    std::size_t seen = 0;
-    std::string folded;
-    while (seen < folded_what.size() && at < text.size()) {
-      const std::size_t char_start = at;
-      (void)Next_Code_Point(text, at);
-      folded = To_Lower(text.substr(char_start, at - char_start));
-      if (folded_what.compare(seen, folded.size(), folded) != 0) break;
-      seen += folded.size();
-    }
-    if (seen >= folded_what.size()) return start;
-    if (start == text.size()) break;
-    (void)Next_Code_Point(text, start);
+  for (std::size_t at = from; at <= text.size();) {
+    if (Match_No_Case(text.substr(at), what) != std::string_view::npos) return at;
+    if (at == text.size()) break;
+    (void)Next_Code_Point(text, at);
   }
   return std::string_view::npos;
 }

@@ -45,6 +45,9 @@ constexpr std::int64_t To_Int(Wid_Count n) {
 [[nodiscard]] std::string To_Lower(std::string_view text);
 /// Equality after `To_Lower`.
 [[nodiscard]] bool Equal_No_Case(std::string_view a, std::string_view b);
+/// Length in bytes of the beginning of `text` that equals `head`, letter case aside; npos if it does
+/// not begin with it. (The two may differ in bytes.)
+[[nodiscard]] std::size_t Match_No_Case(std::string_view text, std::string_view head);
 /// The first byte offset at or behind `from` where `what` stands, letter case aside, or npos.
 [[nodiscard]] std::size_t Find_No_Case(std::string_view text, std::string_view what,
                                        std::size_t from = 0);

@@ -193,7 +193,7 @@ End Sub
   p.Analyse();
   const Anl_Options options(p.Srv.Opt);
   std::vector<std::string> rows;
-  for (const Def_Row& row : Set_Arg_Inf(p.Code("Mod1"), "Mod1", "Work", &options)) {
+  for (const Def_Row& row : Set_Arg_Inf(p.Code("Mod1"), "Mod1", "Work", options)) {
     std::string shown = service::Srv_Str_Row(row);
     std::replace(shown.begin(), shown.end(), '\t', '|');
     rows.push_back(shown);

@@ -148,7 +148,6 @@ constexpr bool May_Matter(char first, char second) {
   const char b = Lower(second);
   switch (Lower(first)) {
     case 'p':
-      return b == 'u' || b == 'r';
     case 'f':
       return b == 'u' || b == 'r';
     case 's':

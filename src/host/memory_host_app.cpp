@@ -123,7 +123,7 @@ Memory_Host_App::Memory_Host_App(std::string name, std::string version)
 
 Memory_Host_App::~Memory_Host_App() = default;
 
-void Memory_Host_App::Add_Workbook(Workbook_Data data) {
+void Memory_Host_App::Add_Workbook(const Workbook_Data& data) {
   Close_Workbook(data.name);
   workbooks_.push_back(std::make_unique<Memory_Workbook>(data));
 }

@@ -48,7 +48,7 @@ class Memory_Host_App final : public HostApp {
   ~Memory_Host_App() override;
 
   /// Opens a workbook, in the place of one of the same name (letter case aside).
-  void Add_Workbook(Workbook_Data data);
+  void Add_Workbook(const Workbook_Data& data);
   void Close_Workbook(std::string_view name);
 
   [[nodiscard]] std::string Name() const override { return name_; }

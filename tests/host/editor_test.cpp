@@ -262,8 +262,19 @@ TEST(Bars, RaiseClicksOfLivingSources) {
   EXPECT_THROW(button.Execute(), Host_Error);
   EXPECT_TRUE(heard.empty());
 
-  // A handler may take away the very button it was called for, and its own source.
+  // A handler may replace itself and still use what it holds.
+  one->Set_Click([&, name = std::string("a name too long to stand inside its object")] {
+    one->Set_Click({});
+    heard.push_back(name);
+  });
   button.Set_Enabled(true);
+  button.Execute();
+  button.Execute();
+  EXPECT_EQ(heard, (std::vector<std::string>{"Oru > 機能 > 検索",
+                                             "a name too long to stand inside its object",
+                                             "Oru > 機能 > 検索"}));
+
+  // A handler may take away the very button it was called for, and its own source.
   one->Set_Click([&] {
     button.Delete();
     one.reset();

@@ -140,6 +140,7 @@ TEST(Edits, BlocksAndBuffersFollow) {
   Random random(7);
   Code_Lines lines;
   std::vector<std::string> expected;
+  expected.reserve(3000);
   for (int i = 0; i < 3000; ++i) expected.push_back("line " + std::to_string(i));
   std::string text;
   for (const std::string& line : expected) text += line + "\n";
@@ -185,6 +186,14 @@ TEST(Edits, BlocksAndBuffersFollow) {
     }
     ASSERT_LT(lines.Memory(), 6 * joined.size() + (1U << 20));
   }
+}
+
+TEST(Edits, ReplacedTextIsGivenBack) {
+  Code_Lines lines;
+  lines.Load("a\n" + std::string(100'000, 'x'));
+  for (int i = 0; i < 5000; ++i) lines.Replace(1 + i % 2, 1, std::string(1000, 'y'));
+  EXPECT_EQ(lines.Count(), 2);
+  EXPECT_LT(lines.Memory(), 500'000U);
 }
 
 }  // namespace

@@ -338,6 +338,24 @@ P(Get)'|End Property
   for (const Case& each : cases) Check(each);
 }
 
+/// Far from its beginning, a line can only be judged from where its statement begins.
+TEST(Partition, SameNamesAroundALongStatement) {
+  std::string text = "Sub A()\nEnd Sub\nSub A()\nx = f(b, _\n";
+  for (int i = 0; i < 300; ++i) text += "End Sub, _\n";
+  text += "c)\nEnd Sub\nSub A()\nEnd Sub\n";
+  Memory_Editor editor;
+  const CodeModule& module =
+      *editor.Add_Project("P", "B").Add_Component({.name = "M", .text = text}).CodeModule();
+  for (int line = 3; line <= 308; ++line) {
+    SCOPED_TRACE(line);
+    const Member_Place place = Get_CML_Inf(module, line);
+    const bool is_last = line > 306;
+    EXPECT_EQ(place.Top, is_last ? 307 : 3);
+    EXPECT_EQ(place.Bdy, is_last ? 307 : 3);
+    EXPECT_EQ(place.Cnt, is_last ? 2 : 304);
+  }
+}
+
 TEST(Partition, AsksForWhatIsNotThere) {
   Memory_Editor editor;
   Memory_Project& project = editor.Add_Project("P", "Book1.xlsm");

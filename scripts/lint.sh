@@ -6,4 +6,4 @@ build="$1"
 shift
 [ "$#" -gt 0 ] || set -- $(git ls-files '*.cpp' | grep -v '^fuzz/' | grep -v '^bench/')
 clang-format --dry-run --Werror $(git ls-files '*.cpp' '*.h')
-printf '%s\n' "$@" | xargs -P "$(nproc)" -n 4 clang-tidy -p "$build" --quiet 2>/dev/null
+printf '%s\n' "$@" | xargs -P "$(nproc)" -n 1 clang-tidy -p "$build" --quiet 2>/dev/null

@@ -36,10 +36,9 @@ int Countable_Lines(const host::CodeModule& module, int top, int count) {
 // Whether a range of lines has as many as its row was made from. Of the module's last range only
 // what stands in front of the blank lines at its end counts.
 bool Same_Lines(const Mdl_Entry& entry, std::string_view row, const host::CodeModule& module,
-                int top, int count, bool last) {
+                int top, int count, bool last, int blank_now) {
   const int counted = Counted_Lines(row);
   if (last) {
-    const int blank_now = Get_End_Blk(module);
     if (entry.End_Blk >= 0) return counted - entry.End_Blk == count - blank_now;
     const int blank_then = To_Number(service::Row_Field(row, 9));
     const int without = count - blank_now;
@@ -79,13 +78,16 @@ void Alg_Del_Mdl(Anl_Ctx& ctx) {
 }  // namespace
 
 bool Chk_Mdl_Chg(const Mdl_Entry& entry, const host::CodeModule& module) {
-  if (Get_Mdl_Cod(module) != entry.CCd) return true;
+  const Mdl_Code now = Get_Mdl_Cod(module);
+  if (now.CCd != entry.CCd) return true;
   if (entry.CCd.empty()) return false;  // an empty module, whatever its blank lines
+  // The same lines all through: nothing can have moved.
+  if (entry.Lin_Hash != 0 && now.Lin_Hash == entry.Lin_Hash) return false;
   const auto* section = entry.Mem.At(1);
   const int declarations = module.CountOfDeclarationLines();
   const int end = module.CountOfLines();
   if (section == nullptr ||
-      !Same_Lines(entry, section->value, module, 1, declarations, declarations == end))
+      !Same_Lines(entry, section->value, module, 1, declarations, declarations == end, now.End_Blk))
     return true;
   service::Collection<char> seen;
   for (int line = declarations + 1; line <= end;) {
@@ -98,7 +100,8 @@ bool Chk_Mdl_Chg(const Mdl_Entry& entry, const host::CodeModule& module) {
     const bool is_api = service::Row_Field(*row, 2) == std::string_view(&kMem_Api, 1);
     if (seen.Add(place.Nam, '*') && !is_api) {
       if (To_Number(service::Row_Field(*row, 6)) != place.Top) return true;
-      if (!Same_Lines(entry, *row, module, place.Top, place.Cnt, next > end)) return true;
+      if (!Same_Lines(entry, *row, module, place.Top, place.Cnt, next > end, now.End_Blk))
+        return true;
     }
     line = next;
   }

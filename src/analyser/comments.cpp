@@ -31,6 +31,12 @@ Anl_Options::Anl_Options(const service::Settings& settings)
     if (service::Next_Code_Point(characters, i) == U' ') break;
     Del_Chr.push_back(characters.substr(start, i - start));
   }
+  Del_Ascii[static_cast<std::size_t>('\'')] = true;
+  for (std::size_t c = 0; c < Del_Ascii.size(); ++c) {
+    const char character = static_cast<char>(c);
+    for (const std::string& removed : Del_Chr)
+      if (service::Equal_No_Case(std::string_view(&character, 1), removed)) Del_Ascii[c] = true;
+  }
 }
 
 std::string Rev_CTx_Fmt(const Anl_Options& options, std::string_view text) {
@@ -42,10 +48,15 @@ std::string Rev_CTx_Fmt(const Anl_Options& options, std::string_view text) {
   std::string result;
   result.reserve(text.size());
   for (std::size_t i = 0; i < text.size();) {
+    if (const auto byte = static_cast<unsigned char>(text[i]); byte < 0x80) {
+      if (!options.Del_Ascii[byte]) result += text[i];
+      ++i;
+      continue;
+    }
     const std::size_t start = i;
     (void)service::Next_Code_Point(text, i);
     const std::string_view character = text.substr(start, i - start);
-    if (character != "'" && !is_removed(character)) result += character;
+    if (!is_removed(character)) result += character;
   }
   return std::string(service::Trim(result));
 }

@@ -4,6 +4,7 @@
 // with a head word.
 #pragma once
 
+#include <array>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,8 +22,10 @@ struct Anl_Options {
   std::vector<std::string> Mdl_Tags;  ///< head words of module comments, empty ones left out
   std::vector<std::string> Mem_Tags;  ///< head words of member comments
   std::vector<std::string> Del_Chr;   ///< characters removed from comments, at most twelve
-  bool Del_Tag = true;                ///< the head word is removed from the comment
-  std::string Evt_Key;                ///< a name's beginning or end that makes a Sub an event
+  /// True for each ASCII character that is removed (letters in both cases), the apostrophe included.
+  std::array<bool, 128> Del_Ascii{};
+  bool Del_Tag = true;  ///< the head word is removed from the comment
+  std::string Evt_Key;  ///< a name's beginning or end that makes a Sub an event
 };
 
 /// A comment without apostrophes and without the option's characters, trimmed.

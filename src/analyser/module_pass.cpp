@@ -192,7 +192,7 @@ void Module_Reader::Read_Member(const host::Member_Place& place) {
   if (place.Sub != 0) mem_.Mem_Sub = place.Sub;
   mem_.Mem_Lin = fmt::to_string(place.Top);
   // What stands above the header belongs to this member too, so its line opens here.
-  entry_.RCd.append(1, '#').append(place.Nam).append("\r\n");
+  ctx_.RCd_Buffer.append(1, '#').append(place.Nam).append("\r\n");
 
   Cmt_Text comment(ctx_.Options, ctx_.Options.Mem_Tags);
   Counts counts;
@@ -276,8 +276,8 @@ void Module_Reader::Chk_Mem_Lin(std::string_view statement, int line) {
     Tell_Left_Out(line);
     return;
   }
-  Append_Five(entry_.RCd, offset);
-  entry_.RCd.append(statement).append("\r\n");
+  Append_Five(ctx_.RCd_Buffer, offset);
+  ctx_.RCd_Buffer.append(statement).append("\r\n");
 }
 
 void Module_Reader::Tell_Left_Out(int line) {
@@ -308,6 +308,7 @@ void Get_Mdl_Lop(Mdl_Ctx& ctx, host::VBComponent& component) {
   ctx.Tbl.Mdl_Tbl.Remove(row.Mdl_Nam);
 
   auto entry = std::make_unique<Mdl_Entry>();
+  ctx.RCd_Buffer.clear();
   Get_Controls(ctx, component, row, *entry);
   const host::CodeModule* code = component.CodeModule();
   if (code != nullptr && code->CountOfLines() > 0) {
@@ -327,38 +328,45 @@ void Get_Mdl_Lop(Mdl_Ctx& ctx, host::VBComponent& component) {
 
   entry->Mdl = service::Srv_Str_Row(row);
   if (code != nullptr) {
-    entry->CCd = Get_Mdl_Cod(*code);
-    entry->End_Blk = Get_End_Blk(*code);
+    Mdl_Code text = Get_Mdl_Cod(*code);
+    entry->CCd = std::move(text.CCd);
+    entry->Lin_Hash = text.Lin_Hash;
+    entry->End_Blk = text.End_Blk;
   }
-  entry->RCd.shrink_to_fit();
+  entry->RCd = ctx.RCd_Buffer;
   ctx.Tbl.Mdl_Tbl.Add(row.Mdl_Nam, std::move(entry));
 }
 
-std::string Get_Mdl_Cod(const host::CodeModule& module) {
-  std::string text = module.Lines(1, module.CountOfLines());
+Mdl_Code Get_Mdl_Cod(const host::CodeModule& module) {
+  constexpr std::uint64_t kPrime = 1099511628211U;
+  Mdl_Code code;
+  std::string& text = code.CCd;
+  text = module.Lines(1, module.CountOfLines());
   // The line ends come out in place, a whole line's bytes at a time.
+  std::uint64_t hash = 14695981039346656037U;
   std::size_t to = 0;
-  for (std::size_t from = 0; from < text.size();) {
+  const bool has_lines = module.CountOfLines() > 0;
+  for (std::size_t from = 0; has_lines && from <= text.size();) {
     std::size_t end = text.find("\r\n", from);
     if (end == std::string::npos) end = text.size();
+    const std::string_view line = std::string_view(text).substr(from, end - from);
+    hash = (hash ^ line.size()) * kPrime;
+    if (service::Trim(line).empty()) {
+      ++code.End_Blk;
+    } else {
+      code.End_Blk = 0;
+      code.Lin_Hash = hash;
+    }
     if (to != from) std::char_traits<char>::move(&text[to], &text[from], end - from);
     to += end - from;
     from = end + 2;
   }
   text.resize(to);
-  const std::size_t first = text.find_first_not_of(' ');
-  if (first == std::string::npos) return {};
-  text.erase(0, first);
-  text.resize(text.find_last_not_of(' ') + 1);
-  text.shrink_to_fit();
-  return text;
-}
-
-int Get_End_Blk(const host::CodeModule& module) {
-  int blank = 0;
-  for (int line = module.CountOfLines(); line >= 1; --line, ++blank)
-    if (!service::Trim(module.Lines(line, 1)).empty()) break;
-  return blank;
+  const std::string_view trimmed = service::Trim(text);
+  const auto start = static_cast<std::size_t>(trimmed.data() - text.data());
+  text.resize(start + trimmed.size());
+  text.erase(0, start);
+  return code;
 }
 
 }  // namespace oru::analyser

@@ -32,15 +32,20 @@ struct Mdl_Ctx {
   std::function<void(std::string)> Problem;
   std::int64_t Tot_Lin = 0;  ///< lines read: code, comment and blank
   std::int64_t Cod_Lin = 0;  ///< lines read: code and comment
+  std::string RCd_Buffer{};  ///< reduced code is built here and copied once
 };
 
 /// Reads a module again (`Get_Mdl_Lop`): its entry is removed and added anew at the end. Throws
 /// `Sys_Error` 9999 if a designer that is closed cannot be opened.
 void Get_Mdl_Lop(Mdl_Ctx& ctx, host::VBComponent& component);
 
-/// The text that tells whether a module has changed: all its lines without line ends, trimmed.
-[[nodiscard]] std::string Get_Mdl_Cod(const host::CodeModule& module);
-/// Number of blank lines at the module's end.
-[[nodiscard]] int Get_End_Blk(const host::CodeModule& module);
+/// What tells whether a module has changed.
+struct Mdl_Code {
+  std::string CCd;             ///< all lines without line ends, trimmed
+  std::uint64_t Lin_Hash = 0;  ///< of the lengths of all lines but the blank ones at the end
+  int End_Blk = 0;             ///< blank lines at the end
+};
+/// Reads the module's present code.
+[[nodiscard]] Mdl_Code Get_Mdl_Cod(const host::CodeModule& module);
 
 }  // namespace oru::analyser

@@ -60,6 +60,10 @@ bool Stm_Reader::Next() {
 }
 
 void Del_Label(std::string& statement) {
+  // Almost every statement begins with a letter, and so with no number.
+  if (const char c = statement.empty() ? ':' : statement.front();
+      (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'))
+    return;
   std::size_t p = statement.find(':');
   if (p == npos) p = statement.find(' ');
   if (p == npos || p == 0 || !service::Is_Numeric(std::string_view(statement).substr(0, p))) return;

@@ -31,11 +31,9 @@ void Join_Ref_Texts(Tables& tables) {
   for (const auto& item : tables.Ref_Tbl) tables.Ref_All += item.value;
 
   tables.RIf_Dic.Clear();
-  std::string target;
   for (Ref_Cursor cursor; Set_Ref_Fld(tables.Ref_All, {}, cursor);) {
     Upd_RIf_Dic(tables.RIf_Dic, cursor.Record.Caller, 1);
-    target = Full_Name(cursor.Record.Tgt_Mdl, cursor.Record.Tgt_Mem);
-    Upd_RIf_Dic(tables.RIf_Dic, target, 2);
+    Upd_RIf_Dic(tables.RIf_Dic, cursor.Record.Target, 2);
   }
 }
 
@@ -56,6 +54,7 @@ bool Set_Ref_Fld(std::string_view text, const Ref_Filter& filter, Ref_Cursor& cu
     record.Caller = text.substr(start + 1, hash - start - 1);
     const std::string_view target = text.substr(hash + 1, bar - hash - 1);
     const std::size_t dot = target.find('.');
+    record.Target = target;
     record.Tgt_Mdl = target.substr(0, dot);
     record.Tgt_Mem = dot == npos ? std::string_view{} : target.substr(dot + 1);
     record.Ref_Lns = text.substr(bar + 1, end - bar - 2);

@@ -131,6 +131,8 @@ class Reference_Reader {
   void Read_Dotted_Word(std::string_view word);
   [[nodiscard]] bool Chk_Known(std::string_view word);
   [[nodiscard]] bool Leads_On(std::string_view first);
+  [[nodiscard]] bool Names_Class(std::string_view statement);
+  [[nodiscard]] bool Is_Class(std::string_view word);
   void Resolve(std::string_view word, std::string_view first, std::string_view member);
   bool Hit_Candidate(std::string_view word, std::string_view member, std::string_view module,
                      bool open_class);
@@ -152,6 +154,7 @@ class Reference_Reader {
   std::string_view line_;                                  // its five digits
   std::string word_;                                       // a word with its `With` prefix
   std::vector<Def_Found> found_;
+  service::Text_Map<bool> classes_;  // type words asked for, and whether an object can have them
   service::Text_Map<bool> first_parts_;
   std::size_t first_parts_known_ = 0;
 };
@@ -202,7 +205,7 @@ void Reference_Reader::Begin_Member(std::string_view member) {
   for (const std::string_view piece : Split_Arguments(header)) {
     // Few parameters are of a class: the others are turned away by their type word alone.
     const std::string_view type = As_Type(piece);
-    if (!type.empty() && Chk_InV_Typ(ctx_.Tbl, type) == 0) continue;
+    if (!type.empty() && !Is_Class(type)) continue;
     const Def_Row argument = Parse_Argument(piece, 0);
     words.assign(argument.Def_Nam).append(1, ' ').append(argument.Def_Typ);
     instances_.Declare(ctx_.Tbl, words, cur_ref_);
@@ -240,6 +243,7 @@ void Reference_Reader::Chk_Ref_Inf(std::string_view line) {
   const std::string_view first = std::string_view(s).substr(0, blank);
   if (blank != npos && blank > 0) {
     if (first == "Dim" || first == "Static") {
+      if (!Names_Class(s)) return;
       Chk_Def_Inf(s, false, found_);
       for (const Def_Found& def : found_) instances_.Declare(ctx_.Tbl, def.Piece, cur_ref_);
       return;
@@ -342,6 +346,25 @@ void Reference_Reader::Read_Dotted_Word(std::string_view word) {
   const std::string_view first = word.substr(0, word.find('.'));
   if (!Leads_On(first) || Chk_Known(word)) return;
   Resolve(word, first, word.substr(word.rfind('.') + 1));
+}
+
+// Whether a variable of that type can be an instance; the few types of a project are remembered.
+bool Reference_Reader::Is_Class(std::string_view word) {
+  const auto at = classes_.find(word);
+  if (at != classes_.end()) return at->second;
+  const bool is_class = Chk_InV_Typ(ctx_.Tbl, word) != 0;
+  classes_.emplace(std::string(word), is_class);
+  return is_class;
+}
+
+// Whether any word of a declaration is a class: if not, none of its names is an instance.
+bool Reference_Reader::Names_Class(std::string_view statement) {
+  for (std::size_t from = 0; from < statement.size();) {
+    const std::size_t end = std::min(statement.find_first_of(" ,:", from), statement.size());
+    if (end > from && Is_Class(statement.substr(from, end - from))) return true;
+    from = end + 1;
+  }
+  return false;
 }
 
 // Whether the first part of a dotted word is a module or was ever an instance. Asked for the same

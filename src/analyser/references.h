@@ -43,6 +43,7 @@ void Join_Ref_Texts(Tables& tables);
 /// One reference record read back.
 struct Ref_Record {
   std::string_view Caller;  ///< `Module.Member`
+  std::string_view Target;  ///< `Module.Member`, also in its two parts
   std::string_view Tgt_Mdl;
   std::string_view Tgt_Mem;
   std::string_view Ref_Lns;  ///< five-digit line offsets in the caller, joined by blanks

@@ -8,6 +8,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -126,9 +127,9 @@ struct Mdl_Entry {
   service::Collection<std::string> Ctl;  ///< key = control name; the value may be empty
   std::string RCd;                       ///< reduced code, until the reference pass has read it
   std::string CCd;                       ///< compared code
-  /// Blank lines at the module's end when it was read, which `CCd` cannot show; -1 unknown. Not
-  /// part of the analysis file.
-  int End_Blk = -1;
+  // What `CCd` cannot show of the lines that were read; not part of the analysis file.
+  std::uint64_t Lin_Hash = 0;  ///< of their lengths, the blank ones at the end left out; 0 unknown
+  int End_Blk = -1;            ///< blank lines at the end; -1 unknown
 };
 
 struct Tables {

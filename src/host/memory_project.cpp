@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "service/collection.h"
 #include "service/text.h"
 
 namespace oru::host {
@@ -176,13 +177,20 @@ struct Memory_Project::Component_List final : host::VBComponents {
   }
   [[nodiscard]] VBComponent* Item(std::string_view name) override { return Find(name); }
 
-  [[nodiscard]] Memory_Component* Find(std::string_view name) const {
-    for (const auto& component : list)
-      if (service::Equal_No_Case(component->Name(), name)) return component.get();
-    return nullptr;
+  [[nodiscard]] Memory_Component* Find(std::string_view name) {
+    if (!indexed) {
+      index.clear();
+      for (const auto& component : list)
+        index.try_emplace(service::To_Lower(component->Name()), component.get());
+      indexed = true;
+    }
+    const auto at = index.find(service::To_Lower(name));
+    return at == index.end() ? nullptr : at->second;
   }
 
   std::vector<std::unique_ptr<Memory_Component>> list;
+  service::Text_Map<Memory_Component*> index;  ///< by folded name
+  bool indexed = true;                         ///< false once a name has changed or gone
 };
 
 struct Memory_Project::Reference_List final : host::References {
@@ -215,11 +223,23 @@ References& Memory_Project::References() {
 Memory_Component& Memory_Project::Add_Component(Component_Data data) {
   if (Find_Component(data.name) != nullptr)
     throw Host_Error(kErr_Duplicate, "同じ名前のモジュールがあります: " + data.name);
-  return *components_->list.emplace_back(
+  auto& added = components_->list.emplace_back(
       std::make_unique<Memory_Component>(*this, desk_, std::move(data)));
+  components_->index.emplace(service::To_Lower(added->Name()), added.get());
+  return *added;
+}
+
+void Memory_Component::Set_Name(std::string name) {
+  name_ = std::move(name);
+  project_.Names_Changed();
+}
+
+void Memory_Project::Names_Changed() {
+  components_->indexed = false;
 }
 
 void Memory_Project::Remove_Component(const Memory_Component& component) {
+  Names_Changed();
   std::erase_if(components_->list, [&](const auto& each) { return each.get() == &component; });
 }
 

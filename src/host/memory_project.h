@@ -69,7 +69,7 @@ class Memory_Component final : public VBComponent {
   /// True if the code was written to since it was loaded or marked as saved.
   [[nodiscard]] bool Is_Edited() const { return Edit_Count() != saved_at_; }
   void Mark_Saved() { saved_at_ = Edit_Count(); }
-  void Set_Name(std::string name) { name_ = std::move(name); }
+  void Set_Name(std::string name);
   /// The designer of a component that has one is open at first.
   void Set_Designer_Open(bool open);
 
@@ -104,6 +104,8 @@ class Memory_Project final : public VBProject {
   void Remove_Component(const Memory_Component& component);
   /// The component of that name (letter case aside) or null; locked or not.
   [[nodiscard]] Memory_Component* Find_Component(std::string_view name) const;
+  /// A component has another name now.
+  void Names_Changed();
   [[nodiscard]] const std::vector<std::unique_ptr<Memory_Component>>& Components() const;
 
   void Set_Protection(enum Protection protection) { protection_ = protection; }

@@ -24,6 +24,7 @@ void Procedure_Map::Forget_Old() const {
     edits_ = lines_.Edits();
     declaration_end_.reset();
     last_ = {};
+    found_.reset();
   }
   if (structure_edits_ != lines_.Structure_Edits()) {
     structure_edits_ = lines_.Structure_Edits();
@@ -68,14 +69,20 @@ void Procedure_Map::Fill_Index() const {
 
 std::optional<Procedure_Extent> Procedure_Map::Find(std::string_view name, ProcKind kind) const {
   Forget_Old();
+  // Start, body and count of one procedure are asked for one after the other.
+  if (found_ && found_kind_ == kind && found_name_ == name) return found_;
   if (!indexed_) Fill_Index();
   const std::size_t hash = Hash_Of(name, kind);
   auto entry = std::ranges::lower_bound(index_, hash, {}, &Index_Entry::hash);
   for (; entry != index_.end() && entry->hash == hash; ++entry) {
     const int named = lines_.Nth_Opening(entry->opening);
     const Line_Header header = Header_At(named);
-    if (header.kind == kind && service::Equal_No_Case(header.name, name))
-      return Extent_Of(lines_, named, Declaration_End());
+    if (header.kind == kind && service::Equal_No_Case(header.name, name)) {
+      found_ = Extent_Of(lines_, named, Declaration_End());
+      found_name_ = name;
+      found_kind_ = kind;
+      return found_;
+    }
   }
   return std::nullopt;
 }

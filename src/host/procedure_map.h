@@ -39,7 +39,10 @@ class Procedure_Map {
   const Code_Lines& lines_;
   mutable std::uint64_t edits_ = 0, structure_edits_ = 0;  ///< what the kept answers are for
   mutable std::optional<int> declaration_end_;
-  mutable Procedure_Extent last_;  ///< of the last `At`
+  mutable Procedure_Extent last_;                  ///< of the last `At`
+  mutable std::optional<Procedure_Extent> found_;  ///< of the last `Find`, with what was sought
+  mutable std::string found_name_;
+  mutable ProcKind found_kind_ = ProcKind::Proc;
   mutable std::vector<Index_Entry> index_;
   mutable bool indexed_ = false;
 };

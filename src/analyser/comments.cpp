@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "analyser/comments.h"
 
+#include <algorithm>
+
 #include "service/settings.h"
 #include "service/text.h"
 
@@ -26,37 +28,31 @@ Anl_Options::Anl_Options(const service::Settings& settings)
       Del_Tag(settings.Flag("CmtDelTag")),
       Evt_Key(service::Trim(settings.Text("EvtPrcKey"))) {
   const std::string characters = settings.Text("CmtDelChr");
-  for (std::size_t i = 0; i < characters.size() && Del_Chr.size() < kMost_Removed;) {
-    const std::size_t start = i;
-    if (service::Next_Code_Point(characters, i) == U' ') break;
-    Del_Chr.push_back(characters.substr(start, i - start));
+  std::size_t taken = 0;
+  for (std::size_t i = 0; i < characters.size() && taken < kMost_Removed; ++taken) {
+    const char32_t removed = service::Lower_Of(service::Next_Code_Point(characters, i));
+    if (removed == U' ') break;
+    if (removed >= 0x80) Del_Wide.push_back(removed);
+    for (char32_t c = 0; c < Del_Ascii.size(); ++c)
+      if (service::Lower_Of(c) == removed) Del_Ascii[c] = true;
   }
-  Del_Ascii[static_cast<std::size_t>('\'')] = true;
-  for (std::size_t c = 0; c < Del_Ascii.size(); ++c) {
-    const char character = static_cast<char>(c);
-    for (const std::string& removed : Del_Chr)
-      if (service::Equal_No_Case(std::string_view(&character, 1), removed)) Del_Ascii[c] = true;
-  }
+  Del_Ascii[U'\''] = true;
+}
+
+bool Anl_Options::Is_Removed(char32_t character) const {
+  if (character < 0x80) return Del_Ascii[character];
+  if (Del_Wide.empty()) return false;
+  return std::find(Del_Wide.begin(), Del_Wide.end(), service::Lower_Of(character)) !=
+         Del_Wide.end();
 }
 
 std::string Rev_CTx_Fmt(const Anl_Options& options, std::string_view text) {
-  const auto is_removed = [&](std::string_view character) {
-    for (const std::string& removed : options.Del_Chr)
-      if (service::Equal_No_Case(character, removed)) return true;
-    return false;
-  };
   std::string result;
   result.reserve(text.size());
   for (std::size_t i = 0; i < text.size();) {
-    if (const auto byte = static_cast<unsigned char>(text[i]); byte < 0x80) {
-      if (!options.Del_Ascii[byte]) result += text[i];
-      ++i;
-      continue;
-    }
     const std::size_t start = i;
-    (void)service::Next_Code_Point(text, i);
-    const std::string_view character = text.substr(start, i - start);
-    if (!is_removed(character)) result += character;
+    if (!options.Is_Removed(service::Next_Code_Point(text, i)))
+      result.append(text, start, i - start);
   }
   return std::string(service::Trim(result));
 }

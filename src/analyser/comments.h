@@ -21,9 +21,11 @@ struct Anl_Options {
 
   std::vector<std::string> Mdl_Tags;  ///< head words of module comments, empty ones left out
   std::vector<std::string> Mem_Tags;  ///< head words of member comments
-  std::vector<std::string> Del_Chr;   ///< characters removed from comments, at most twelve
-  /// True for each ASCII character that is removed (letters in both cases), the apostrophe included.
+  /// Characters removed from comments, at most twelve, with the apostrophe: the ASCII ones (letters
+  /// in both cases) marked, the others in lower case.
   std::array<bool, 128> Del_Ascii{};
+  std::vector<char32_t> Del_Wide;
+  [[nodiscard]] bool Is_Removed(char32_t character) const;
   bool Del_Tag = true;  ///< the head word is removed from the comment
   std::string Evt_Key;  ///< a name's beginning or end that makes a Sub an event
 };

@@ -350,9 +350,12 @@ std::vector<Def_Row> Set_Arg_Inf(const host::CodeModule& module, std::string_vie
   const int body = module.ProcBodyLine(host.Nam, host.Knd);
   std::string comments;
   if (body > top) {
-    comments = Without_Blanks(module.Lines(top, body - top));
-    for (const std::string& character : options.Del_Chr)
-      comments = service::Replace_All(comments, character, "");
+    const std::string block = Without_Blanks(module.Lines(top, body - top));
+    for (std::size_t i = 0; i < block.size();) {
+      const std::size_t start = i;
+      const char32_t c = service::Next_Code_Point(block, i);
+      if (c == U'\'' || !options.Is_Removed(c)) comments.append(block, start, i - start);
+    }
   }
   for (const std::string_view piece : pieces) {
     Def_Row row = Parse_Argument(piece, static_cast<int>(arguments.size()) + 1);

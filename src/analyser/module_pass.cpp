@@ -20,9 +20,6 @@ namespace {
 
 constexpr auto npos = std::string_view::npos;
 
-// Statements with these first words refer to nothing.
-constexpr std::array<std::string_view, 6> kDropped{"Else", "Exit", "Next", "Const", "Case", "#"};
-
 void Append_Five(std::string& text, int number) {
   std::array<char, 5> digits{};
   for (auto digit = digits.rbegin(); digit != digits.rend(); ++digit, number /= 10)
@@ -264,12 +261,27 @@ bool Module_Reader::Is_Event(std::string_view member) const {
   return !key.empty() && (member.starts_with(key) || member.ends_with(key));
 }
 
+// Statements with these first words refer to nothing.
 void Module_Reader::Chk_Mem_Lin(std::string_view statement, int line) {
   if (statement.empty()) return;
   const std::string_view word = statement.substr(0, statement.find(' '));
-  for (const std::string_view dropped : kDropped)
-    if (word == dropped) return;
-  if (word == "End" && !statement.starts_with("End With")) return;
+  switch (word.empty() ? '\0' : word.front()) {
+    case 'E':
+      if (word == "Else" || word == "Exit") return;
+      if (word == "End" && !statement.starts_with("End With")) return;
+      break;
+    case 'N':
+      if (word == "Next") return;
+      break;
+    case 'C':
+      if (word == "Const" || word == "Case") return;
+      break;
+    case '#':
+      if (word == "#") return;
+      break;
+    default:
+      break;
+  }
   const int offset = line - place_.Top + 1;
   if (offset > kLast_Offset || statement.size() > kLongest_Statement) {
     // The record has five digits; and what is far beyond the editor's own limits is no code.

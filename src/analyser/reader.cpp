@@ -156,6 +156,8 @@ void Metrics::Chk_Metrics(std::string_view statement) {
   std::string_view rest = Trim(statement);
   const std::string_view all = rest;
   const std::string_view first = service::Take_Word(rest);
+  // Every word that counts begins with one of these.
+  if (first.empty() || std::string_view("WDFSILNE").find(first.front()) == npos) return;
   // The second word as splitting at single blanks gives it.
   const std::string_view second = rest.substr(0, rest.find(' '));
   if (Is_One_Of(kOpening_Words, first)) {

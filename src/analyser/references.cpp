@@ -114,6 +114,28 @@ struct With_State {
   }
 };
 
+// What a statement holds at all, found in one pass over its bytes: most hold nothing that one of the
+// searches below would find.
+constexpr unsigned kMark_Quote = 1;  // a literal
+constexpr unsigned kMark_Paren = 2;  // an index
+constexpr unsigned kMark_O = 4;      // perhaps "On Error GoTo"
+constexpr unsigned kMark_A = 8;      // perhaps "AddressOf"
+
+constexpr std::array<std::uint8_t, 256> kMarks = [] {
+  std::array<std::uint8_t, 256> marks{};
+  marks['"'] = kMark_Quote;
+  marks[')'] = kMark_Paren;
+  marks['O'] = kMark_O;
+  marks['A'] = kMark_A;
+  return marks;
+}();
+
+unsigned Marks_In(std::string_view statement) {
+  unsigned marks = 0;
+  for (const char c : statement) marks |= kMarks[static_cast<unsigned char>(c)];
+  return marks;
+}
+
 class Reference_Reader {
  public:
   Reference_Reader(const Ref_Ctx& ctx, const Mem_Dic& members)
@@ -148,11 +170,15 @@ class Reference_Reader {
   std::string err_lbl_;
   bool err_sec_ = false;
   With_State with_;
-  Hit_Table normal_, error_;                               // `RCa_Tbl`, `RCe_Tbl`
-  std::vector<std::pair<std::string, std::string>> hits_;  // `Hit_Col`: word, target
-  std::string statement_;                                  // `Cur_Stm`
-  std::string_view line_;                                  // its five digits
-  std::string word_;                                       // a word with its `With` prefix
+  Hit_Table normal_, error_;  // `RCa_Tbl`, `RCe_Tbl`
+  struct Hit {
+    std::string word, target;
+  };
+  std::vector<Hit> hits_;  // `Hit_Col`; the strings are used again and again
+  std::size_t hit_count_ = 0;
+  std::string statement_;  // `Cur_Stm`
+  std::string_view line_;  // its five digits
+  std::string word_;       // a word with its `With` prefix
   std::vector<Def_Found> found_;
   service::Text_Map<bool> classes_;  // type words asked for, and whether an object can have them
   service::Text_Map<bool> first_parts_;
@@ -250,7 +276,8 @@ void Reference_Reader::Chk_Ref_Inf(std::string_view line) {
     }
     if (first == "Set" || first == "With") instances_.Bind(ctx_.Tbl, s, cur_ref_);
   }
-  if (s.find("On Error GoTo") != npos) {
+  const unsigned marks = Marks_In(s);
+  if ((marks & kMark_O) != 0 && s.find("On Error GoTo") != npos) {
     const std::size_t last = s.rfind(' ');
     err_lbl_.clear();
     const std::string_view label = std::string_view(s).substr(last + 1);
@@ -263,10 +290,10 @@ void Reference_Reader::Chk_Ref_Inf(std::string_view line) {
     if (!err_lbl_.empty() && s.starts_with(err_lbl_)) err_sec_ = true;
     return;
   }
-  Rev_Cst_Val(s);
-  // The word is sought without its blanks: a search for a blank would stop at every one.
-  if (const std::size_t at = s.find("AddressOf "); at != npos && at > 0 && s[at - 1] == ' ') {
-    const std::string_view behind = std::string_view(s).substr(at + 10);
+  if ((marks & kMark_Quote) != 0) Rev_Cst_Val(s);
+  const std::size_t address = (marks & kMark_A) != 0 ? s.find(" AddressOf ") : npos;
+  if (address != npos) {
+    const std::string_view behind = std::string_view(s).substr(address + 11);
     std::size_t end = behind.find(',');
     if (end == npos) end = behind.find(')');
     const std::string_view name = service::Trim(behind.substr(0, end));
@@ -283,12 +310,12 @@ void Reference_Reader::Chk_Ref_Inf(std::string_view line) {
     with_.Leave();
     return;
   }
-  Del_Mod_Idx(s);
+  if ((marks & kMark_Paren) != 0) Del_Mod_Idx(s);
   Read_Words();
 }
 
 void Reference_Reader::Read_Words() {
-  hits_.clear();
+  hit_count_ = 0;
   const std::string_view text = statement_;
   for (std::size_t from = 0; from < text.size(); ++from) {
     std::uint32_t hash = Mem_Dic::kHash_Start;
@@ -312,7 +339,7 @@ void Reference_Reader::Read_Words() {
     from = end;
   }
   Hit_Table& table = err_sec_ ? error_ : normal_;
-  for (const auto& [word, target] : hits_) table.Add(word, target, line_);
+  for (std::size_t i = 0; i < hit_count_; ++i) table.Add(hits_[i].word, hits_[i].target, line_);
 }
 
 // The tests that a candidate has to pass besides being a name: its length, and being no reserved
@@ -409,7 +436,10 @@ bool Reference_Reader::Hit_Candidate(std::string_view word, std::string_view mem
   const std::vector<Mem_Dic::Entry>* entries = members_.Get(member, Mem_Dic::Hash(member));
   if (member.empty() || entries == nullptr) return false;
   const auto hit = [&](const Mem_Dic::Entry& entry) {
-    hits_.emplace_back(word, Full_Name(entry.Mdl, member));
+    if (hit_count_ == hits_.size()) hits_.emplace_back();
+    Hit& one = hits_[hit_count_++];
+    one.word = word;
+    one.target.assign(entry.Mdl).append(1, '.').append(member);
     return true;
   };
   const std::string_view wanted = module.empty() ? std::string_view(cur_ref_) : module;

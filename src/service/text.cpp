@@ -26,13 +26,6 @@ char Lower_Ascii(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
 }
 
-// Simple lower case of one character. Kana, ideographs and what stands between them have none.
-char32_t Lower_Of(char32_t c) {
-  if (c < 0x80) return c >= U'A' && c <= U'Z' ? c + (U'a' - U'A') : c;
-  if (c >= 0x2E80 && c < 0xA640) return c;
-  return static_cast<char32_t>(u_tolower(static_cast<UChar32>(c)));
-}
-
 bool Is_Digit(char c) {
   return c >= '0' && c <= '9';
 }
@@ -56,6 +49,12 @@ bool Is_Wide_Latin1(char32_t c) {
 }
 
 }  // namespace
+
+char32_t Lower_Of(char32_t c) {
+  if (c < 0x80) return c >= U'A' && c <= U'Z' ? c + (U'a' - U'A') : c;
+  if (c >= 0x2E80 && c < 0xA640) return c;
+  return static_cast<char32_t>(u_tolower(static_cast<UChar32>(c)));
+}
 
 std::string_view Trim_Left(std::string_view text) {
   // An empty result still points into the text, so that offsets can be taken from it.

@@ -7,6 +7,7 @@
 #include <CLI/CLI.hpp>
 #include <filesystem>
 #include <functional>
+#include <memory>
 
 #include "app/cli/commands.h"
 #include "app/cli/terminal.h"
@@ -71,16 +72,18 @@ void Tell_Problems(const Session& session, std::ostream& err) {
 using Command = std::function<int(Session&, const Output&, double seconds)>;
 
 int Run_Command(const Common_Options& common, const Command& command, std::ostream& out,
-                std::ostream& err) {
+                std::ostream& err, After after) {
   const bool errors_on_terminal = &err == &std::cerr && isatty(STDERR_FILENO) != 0;
   const bool interactive = errors_on_terminal && isatty(STDIN_FILENO) != 0;
   Terminal terminal(err, interactive, errors_on_terminal && !common.quiet);
   const service::System_Clock clock;
-  Session session(
+  auto owned = std::make_unique<Session>(
       terminal, clock,
-      {.Data_Folder = common.data.empty() ? Default_Data_Folder() : fs::path(common.data),
-       .Program_Folder = Program_Folder(),
-       .Code_Page = common.code_page});
+      Session_Options{
+          .Data_Folder = common.data.empty() ? Default_Data_Folder() : fs::path(common.data),
+          .Program_Folder = Program_Folder(),
+          .Code_Page = common.code_page});
+  Session& session = *owned;
   terminal.On_Interrupt = [&] {
     analyser::Anl_Ctx ctx{session.Srv, session.VBInst, nullptr, session.Tbl, session.Sta};
     if (terminal.Interactive()) {
@@ -113,6 +116,7 @@ int Run_Command(const Common_Options& common, const Command& command, std::ostre
     err << "oru: 結果を出力できませんでした。出力先の空き容量を確認してください。\n";
     return kExit_Output;
   }
+  if (after == After::Process_Ends) (void)owned.release();
   return code;
 }
 
@@ -131,7 +135,7 @@ constexpr const char* kFooter =
 
 }  // namespace
 
-int Run_Cli(int argc, const char* const* argv, std::ostream& out, std::ostream& err) {
+int Run_Cli(int argc, const char* const* argv, std::ostream& out, std::ostream& err, After after) {
   CLI::App app("oru - Excel マクロ (VBA) プロジェクトの解析ツール", "oru");
   app.require_subcommand(1);
   app.footer(kFooter);
@@ -196,7 +200,7 @@ int Run_Cli(int argc, const char* const* argv, std::ostream& out, std::ostream& 
     err << "oru: " << error.what() << "\n使い方は「oru --help」で表示します。\n";
     return kExit_Usage;
   }
-  return Run_Command(common, chosen, out, err);
+  return Run_Command(common, chosen, out, err, after);
 }
 
 }  // namespace oru::app

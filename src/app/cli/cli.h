@@ -18,7 +18,12 @@ enum Exit_Code {
   kExit_Output = 5      ///< the output could not be written
 };
 
+/// Whether the process ends behind the command: then the tables are not given back row by row, which
+/// would take a noticeable part of a short run.
+enum class After { Go_On, Process_Ends };
+
 /// Runs one command; results go to `out`, errors and notes to `err`.
-[[nodiscard]] int Run_Cli(int argc, const char* const* argv, std::ostream& out, std::ostream& err);
+[[nodiscard]] int Run_Cli(int argc, const char* const* argv, std::ostream& out, std::ostream& err,
+                          After after = After::Go_On);
 
 }  // namespace oru::app

@@ -6,5 +6,5 @@
 
 int main(int argc, char** argv) {
   oru::app::Prepare_Memory();
-  return oru::app::Run_Cli(argc, argv, std::cout, std::cerr);
+  return oru::app::Run_Cli(argc, argv, std::cout, std::cerr, oru::app::After::Process_Ends);
 }

@@ -15,7 +15,7 @@ namespace oru::app {
 
 void Prepare_Memory() {
 #if defined(__linux__) && defined(__GLIBC__)
-  constexpr int kReserve = 512 << 20;      // of address space, not of memory
+  constexpr int kReserve = 512 << 20;       // of address space, not of memory
   constexpr int kLargest_Small = 32 << 20;  // the largest threshold that the library takes
   constexpr std::uintptr_t kLarge_Page = std::uintptr_t{2} << 20U;
   mallopt(M_TRIM_THRESHOLD, kReserve);

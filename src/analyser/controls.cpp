@@ -37,24 +37,30 @@ void Mark(Mdl_Entry& entry, std::string_view word) {
   Add_Col_Itm(entry.Ctl, word, std::string());
 }
 
-// The designer, opened briefly if it is closed. A refusal is the system's own error: the editor is
-// in a state in which nothing of the project can be relied on.
-host::Designer* Get_Designer(Mdl_Ctx& ctx, host::VBComponent& component) {
+// The designer, and the window that had to be opened for it.
+struct Open_Designer {
+  host::Designer* designer = nullptr;
+  host::Window* opened = nullptr;
+};
+
+// A refusal is the system's own error: the editor is in a state in which nothing of the project can
+// be relied on.
+Open_Designer Get_Designer(Mdl_Ctx& ctx, host::VBComponent& component) {
+  Open_Designer open;
   try {
-    if (host::Designer* designer = component.Designer(); designer != nullptr) return designer;
-    if (host::Window* window = component.DesignerWindow(); window != nullptr) {
-      window->Set_Visible(true);
-      window->Close();
-    }
+    open.designer = component.Designer();
+    if (open.designer != nullptr) return open;
+    open.opened = component.DesignerWindow();
+    if (open.opened != nullptr) open.opened->Set_Visible(true);
   } catch (const host::Host_Error& error) {
     throw service::Sys_Error(service::kOwn_Error,
                              fmt::format(kNo_Designer, ctx.Srv.Product.Title, error.number));
   }
   try {
-    return component.Designer();
-  } catch (const host::Host_Error&) {
-    return nullptr;
+    open.designer = component.Designer();
+  } catch (const host::Host_Error&) {  // told as a control list that cannot be read
   }
+  return open;
 }
 
 void Get_Designer_Controls(Mdl_Ctx& ctx, host::VBComponent& component, std::string_view word,
@@ -63,15 +69,15 @@ void Get_Designer_Controls(Mdl_Ctx& ctx, host::VBComponent& component, std::stri
     ctx.Control_Problem(fmt::format("{} - コントロール情報を取得できません。 (Err.No={})",
                                     component.Name(), number));
   };
-  host::Designer* designer = Get_Designer(ctx, component);
-  if (designer == nullptr) {
+  const Open_Designer open = Get_Designer(ctx, component);
+  if (open.designer == nullptr) {
     problem(91);  // "object variable not set"
     return;
   }
   Mark(entry, word);
   if (word == "Form") Mark(entry, "MDIForm");
   try {
-    host::Controls& controls = designer->Controls();
+    host::Controls& controls = open.designer->Controls();
     for (int i = 1; i <= controls.Count(); ++i) {
       const host::Control* control = controls.Item(i);
       if (control == nullptr) continue;
@@ -87,6 +93,7 @@ void Get_Designer_Controls(Mdl_Ctx& ctx, host::VBComponent& component, std::stri
     problem(error.number);
   }
   Mark(entry, "|");
+  if (open.opened != nullptr) open.opened->Close();
 }
 
 void Get_Sheet_Controls(Mdl_Ctx& ctx, const Mdl_Row& row, Mdl_Entry& entry) {

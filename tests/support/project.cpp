@@ -32,7 +32,6 @@ Project& Project::Add(const std::string& name, std::string_view text, int type) 
   data.name = name;
   data.type = type;
   data.text = text;
-  data.has_designer = type == host::kType_Form;
   project_->Add_Component(std::move(data));
   return *this;
 }

@@ -18,7 +18,7 @@ class Project {
  public:
   explicit Project(const std::string& host_file = "Book1.xlsm");
 
-  /// Adds a module; a leading line break in `text` is left out, so that a raw literal may begin on
+  /// Adds a module (a form gets no designer); a leading line break in `text` is left out, so that a raw literal may begin on
   /// its own line.
   Project& Add(const std::string& name, std::string_view text, int type = host::kType_Module);
   /// Adds a form with controls ("Name:TypeName").

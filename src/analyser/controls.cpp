@@ -66,7 +66,8 @@ Open_Designer Get_Designer(Mdl_Ctx& ctx, host::VBComponent& component) {
 void Get_Designer_Controls(Mdl_Ctx& ctx, host::VBComponent& component, std::string_view word,
                            Mdl_Entry& entry) {
   const auto problem = [&](int number) {
-    ctx.Control_Problem(fmt::format("{} - コントロール情報を取得できません。 (Err.No={})",
+    ctx.Control_Problem(component.Name(),
+                        fmt::format("{} - コントロール情報を取得できません。 (Err.No={})",
                                     component.Name(), number));
   };
   const Open_Designer open = Get_Designer(ctx, component);

@@ -54,9 +54,9 @@ void Log_Step(Anl_Ctx& ctx, std::string_view step, std::string_view module, std:
                        fmt::format("{}\t{}\t{}", step, module, ctx.Srv.Clk.Milliseconds() - since));
 }
 
-void Put_Problem(Anl_Ctx& ctx, std::string text) {
+void Put_Problem(Anl_Ctx& ctx, std::string_view module, std::string text) {
   service::Srv_Put_Log(ctx.Srv, text, service::Channel::Errors);
-  ctx.Sta.Problems.push_back(std::move(text));
+  ctx.Sta.Problems.push_back({std::string(module), std::move(text)});
 }
 
 // `Chk_Ref_Err`: false if the user does not want to go on with broken references.
@@ -170,7 +170,9 @@ void Run_References(Anl_Ctx& ctx, const Mdl_Ctx& pass, Anl_Progress& progress) {
     Log_Step(ctx, "モジュール別参照情報取得", current, start);
   };
   const Ref_Ctx ref{ctx.Srv, ctx.VBInst, ctx.Tbl,
-                    [&ctx](std::string text) { Put_Problem(ctx, std::move(text)); }};
+                    [&ctx](std::string_view module, std::string text) {
+                      Put_Problem(ctx, module, std::move(text));
+                    }};
   ctx.Sta.Ref_Chg = Get_Ref_Man(
       ref, [&] { return Go_On(ctx); },
       [&](std::string_view module) {
@@ -221,12 +223,14 @@ void Run_Passes(Anl_Ctx& ctx, Anl_Progress& progress, std::int64_t start) {
                sta.HFl_Nam,
                sta.Mac_Lst,
                Anl_Options(ctx.Srv.Opt),
-               [&ctx](std::string text) {
+               [&ctx](std::string_view module, std::string text) {
                  if (!ctx.Sta.Fst_Anl) return;
                  ctx.Sta.Err_Ctl = true;
-                 Put_Problem(ctx, std::move(text));
+                 Put_Problem(ctx, module, std::move(text));
                },
-               [&ctx](std::string text) { Put_Problem(ctx, std::move(text)); }};
+               [&ctx](std::string_view module, std::string text) {
+                 Put_Problem(ctx, module, std::move(text));
+               }};
   Log_Step(ctx, "オートシェープ､フォームコントロールのマクロ定義取得", {}, since);
 
   if (!ctx.Tbl.Anl_Mdl.Empty() && !sta.Anl_Cnl) {

@@ -17,6 +17,12 @@
 
 namespace oru::analyser {
 
+/// Something of a module that could not be read; the rest was.
+struct Anl_Problem {
+  std::string Module;
+  std::string Text;  ///< begins with the module's name
+};
+
 /// State of the driver, for the life of a connection. (`Anl_Bsy` and `Prj_Nam` stand in the
 /// services, whose reports need them.)
 struct Anl_State {
@@ -41,7 +47,7 @@ struct Anl_State {
   int Mdl_Cnt = 0;           ///< modules read in this run
   std::string Mac_Lst = " ";
   std::string HFl_Nam;
-  std::vector<std::string> Problems;  ///< what this run could not read, for the user
+  std::vector<Anl_Problem> Problems;  ///< what this run could not read, for the user
 };
 
 /// What the driver works with; the session owns all of it.

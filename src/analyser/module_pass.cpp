@@ -295,9 +295,11 @@ void Module_Reader::Chk_Mem_Lin(std::string_view statement, int line) {
 void Module_Reader::Tell_Left_Out(int line) {
   if (left_out_told_) return;
   left_out_told_ = true;
-  ctx_.Problem(fmt::format(
-      "{} - {} 行目からの文は、行数または長さがエディタの限度を超えるため解析しませんでした。",
-      name_, line));
+  ctx_.Problem(
+      name_,
+      fmt::format(
+          "{} - {} 行目からの文は、行数または長さがエディタの限度を超えるため解析しませんでした。",
+          name_, line));
 }
 
 void Module_Reader::Set_RCk_Inf(std::string_view name, std::string_view scope, char kind,

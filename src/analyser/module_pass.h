@@ -27,9 +27,9 @@ struct Mdl_Ctx {
   std::string Mac_Lst;  ///< " " + each macro bound to a shape + " "
   Anl_Options Options;
   /// Takes a control list that could not be read.
-  std::function<void(std::string)> Control_Problem;
+  std::function<void(std::string_view module, std::string text)> Control_Problem;
   /// Takes a statement that could not be read.
-  std::function<void(std::string)> Problem;
+  std::function<void(std::string_view module, std::string text)> Problem;
   std::int64_t Tot_Lin = 0;  ///< lines read: code, comment and blank
   std::int64_t Cod_Lin = 0;  ///< lines read: code and comment
   std::string RCd_Buffer{};  ///< reduced code is built here and copied once

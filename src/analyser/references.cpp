@@ -255,7 +255,8 @@ void Reference_Reader::End_Member() {
 }
 
 void Reference_Reader::Report(std::string_view what) {
-  ctx_.Problem(fmt::format("{}.{} - {} Line={} -> Chk_Ref_Inf Sentence=({})", cur_ref_, cur_prc_,
+  ctx_.Problem(cur_ref_,
+               fmt::format("{}.{} - {} Line={} -> Chk_Ref_Inf Sentence=({})", cur_ref_, cur_prc_,
                            what, line_, service::Cut_Bytes(statement_, kReport_Width)));
 }
 

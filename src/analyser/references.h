@@ -20,7 +20,7 @@ struct Ref_Ctx {
   host::VBE& VBInst;
   Tables& Tbl;
   /// Takes a problem that did not stop the pass.
-  std::function<void(std::string)> Problem;
+  std::function<void(std::string_view module, std::string text)> Problem;
 };
 
 /// Lets events run; false stops the pass (a cancel).

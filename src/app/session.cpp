@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include "host/derived.h"
 #include "service/files.h"
 
 namespace oru::app {
@@ -26,13 +27,21 @@ std::string Session::Open(const fs::path& project) {
   if (!read.Ok()) return read.error;
   Project_Path = service::Path_Text(project);
   Problems = std::move(read.problems);
+  Files = std::move(read.files);
   host::Memory_Project& opened = VBInst.Add_Project(read.name, read.host_file);
   for (host::Component_Data& component : read.components)
     opened.Add_Component(std::move(component));
   return {};
 }
 
+std::string Session::File_Of(std::string_view module) const {
+  for (const provider::Module_File& file : Files)
+    if (file.name == module) return file.relative;
+  return {};
+}
+
 bool Session::Analyse() {
+  if (host::Chk_Protect(VBInst, Srv, true)) return false;
   analyser::Anl_Ctx ctx{Srv, VBInst, nullptr, Tbl, Sta};
   const bool ran = service::Run_Evt(Srv, "Mod_Anl", "Get_Pgm_Inf",
                                     [&] { (void)analyser::Get_Pgm_Inf(ctx, true); });

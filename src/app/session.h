@@ -30,6 +30,8 @@ class Session {
   /// Reads a project of exported files and makes it the active one. An empty text, or why it could
   /// not be read; `Problems` then tells what could not be read of it.
   [[nodiscard]] std::string Open(const std::filesystem::path& project);
+  /// The file of a module, relative to the project's folder; empty if there is none of that name.
+  [[nodiscard]] std::string File_Of(std::string_view module) const;
   /// Brings the tables up to date. False if the analysis was stopped or failed.
   [[nodiscard]] bool Analyse();
 
@@ -38,7 +40,8 @@ class Session {
   analyser::Tables Tbl;
   analyser::Anl_State Sta;
   std::vector<provider::Problem> Problems;
-  std::string Project_Path;  ///< as the user gave it
+  std::vector<provider::Module_File> Files;  ///< where each module came from
+  std::string Project_Path;                  ///< as the user gave it
 
  private:
   Session_Options options_;

@@ -139,8 +139,8 @@ TEST(References, TooDeepWithIsReportedAndTheRestIsRead) {
   EXPECT_TRUE(p.Analyse());
   EXPECT_EQ(p.Refs("M1"), (Records{"Go>M1.Foo 00014 N"}));
   ASSERT_EQ(p.Sta.Problems.size(), 1U);
-  EXPECT_NE(p.Sta.Problems[0].find("M1.Go"), std::string::npos);
-  EXPECT_NE(p.Sta.Problems[0].find("Sentence=(With a11)"), std::string::npos);
+  EXPECT_NE(p.Sta.Problems[0].Text.find("M1.Go"), std::string::npos);
+  EXPECT_NE(p.Sta.Problems[0].Text.find("Sentence=(With a11)"), std::string::npos);
 }
 
 TEST(References, ErrorSectionsHaveTheirOwnRecords) {

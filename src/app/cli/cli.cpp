@@ -66,7 +66,8 @@ void Add_Common(CLI::App& command, Common_Options& common, bool has_formats) {
 void Tell_Problems(const Session& session, std::ostream& err) {
   for (const provider::Problem& problem : session.Problems)
     err << "oru: " << problem.message << '\n';
-  for (const std::string& problem : session.Sta.Problems) err << "oru: " << problem << '\n';
+  for (const analyser::Anl_Problem& problem : session.Sta.Problems)
+    err << fmt::format("oru: 「{}」 {}\n", session.File_Of(problem.Module), problem.Text);
 }
 
 using Command = std::function<int(Session&, const Output&, double seconds)>;

@@ -13,7 +13,7 @@ run: build/release/src/app/oru
 	@echo
 	@build/release/src/app/oru list modules "$(PROJECT)"
 	@echo
-	@build/release/src/app/oru list procedures "$(PROJECT)"
+	@build/release/src/app/oru list procedures "$(PROJECT)" --group
 	@echo
 	@build/release/src/app/oru unused "$(PROJECT)"
 

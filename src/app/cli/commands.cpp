@@ -144,6 +144,12 @@ int Cmd_Refs(Session& session, const Output& output, const std::string& member) 
     output.err << fmt::format("oru: 「{}」には呼出元も呼出先もありません。\n", member);
     return kExit_Ok;
   }
+  // One target needs no column of its own on a screen.
+  if (output.format == Format::Columns && found.size() == 1) {
+    output.out << table.rows.front().front() << '\n';
+    table.columns.erase(table.columns.begin());
+    for (std::vector<std::string>& row : table.rows) row.erase(row.begin());
+  }
   Print_Table(output.out, table, output.format, output.width);
   return kExit_Ok;
 }

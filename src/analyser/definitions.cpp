@@ -13,7 +13,6 @@ namespace oru::analyser {
 
 using service::Take_Word;
 using service::Trim;
-using service::Trim_Left;
 using service::Trim_Right;
 
 namespace {
@@ -77,20 +76,13 @@ std::string Blank_Out(std::string_view statement) {
   int depth = 0;
   bool inside = false;
   for (char& c : copy) {
-    if (c == '"') {
-      inside = !inside;
-      c = ' ';
-    } else if (inside) {
-      c = ' ';
-    } else if (c == '(') {
-      ++depth;
-      c = ' ';
-    } else if (c == ')') {
-      depth = std::max(depth - 1, 0);
-      c = ' ';
-    } else if (depth > 0) {
-      c = ' ';
-    }
+    const bool is_quote = c == '"';
+    const bool is_open = c == '(' && !inside;
+    const bool is_close = c == ')' && !inside;
+    if (is_quote) inside = !inside;
+    if (is_open) ++depth;
+    if (is_quote || is_open || is_close || inside || depth > 0) c = ' ';
+    if (is_close) depth = std::max(depth - 1, 0);
   }
   return copy;
 }

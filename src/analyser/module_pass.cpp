@@ -30,7 +30,7 @@ void Append_Five(std::string& text, int number) {
 // Line offsets are five digits.
 constexpr int kLast_Offset = 99999;
 // The editor's longest statement has 25 lines of 1,023 characters.
-constexpr std::size_t kLongest_Statement = 64 * 1024;
+constexpr std::size_t kLongest_Statement = std::size_t{64} * 1024;
 
 class Module_Reader {
  public:

@@ -10,17 +10,6 @@ namespace {
 
 constexpr auto npos = std::string_view::npos;
 
-// Sets one of the two flags behind a key's name: position 1 "refers", 2 "is referred to".
-void Upd_RIf_Dic(service::Dictionary<std::string>& marks, std::string_view key, int position) {
-  if (std::string* value = marks.Get(key); value != nullptr) {
-    (*value)[value->size() - 3 + static_cast<std::size_t>(position)] = '1';
-    return;
-  }
-  std::string value(key);
-  value += position == 1 ? "1-" : "-1";
-  marks.Put(key, std::move(value));
-}
-
 }  // namespace
 
 void Join_Ref_Texts(Tables& tables) {
@@ -32,8 +21,8 @@ void Join_Ref_Texts(Tables& tables) {
 
   tables.RIf_Dic.Clear();
   for (Ref_Cursor cursor; Set_Ref_Fld(tables.Ref_All, {}, cursor);) {
-    Upd_RIf_Dic(tables.RIf_Dic, cursor.Record.Caller, 1);
-    Upd_RIf_Dic(tables.RIf_Dic, cursor.Record.Target, 2);
+    tables.RIf_Dic.Set(cursor.Record.Caller, Ref_Marks::kRefers);
+    tables.RIf_Dic.Set(cursor.Record.Target, Ref_Marks::kReferred);
   }
 }
 

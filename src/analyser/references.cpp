@@ -14,8 +14,6 @@
 
 namespace oru::analyser {
 
-using service::Take_Word;
-
 namespace {
 
 constexpr auto npos = std::string_view::npos;
@@ -23,7 +21,7 @@ constexpr std::size_t kMost_With = 11;
 constexpr std::size_t kLine_Digits = 5;
 constexpr char kWith_Separator = '\0';
 // A chain of `With .a` blocks longer than any statement leads nowhere.
-constexpr std::size_t kLongest_Chain = 64 * 1024;
+constexpr std::size_t kLongest_Chain = std::size_t{64} * 1024;
 constexpr std::size_t kReport_Width = 200;  // bytes of a statement that a report shows
 
 // The targets hit so far by one section of a member, with the words that hit them.
@@ -434,8 +432,8 @@ void Reference_Reader::Resolve(std::string_view word, std::string_view first,
 
 bool Reference_Reader::Hit_Candidate(std::string_view word, std::string_view member,
                                      std::string_view module, bool open_class) {
-  const std::vector<Mem_Dic::Entry>* entries = members_.Get(member, Mem_Dic::Hash(member));
-  if (member.empty() || entries == nullptr) return false;
+  const Mem_Dic::Entry* first = members_.Get(member, Mem_Dic::Hash(member));
+  if (member.empty() || first == nullptr) return false;
   const auto hit = [&](const Mem_Dic::Entry& entry) {
     if (hit_count_ == hits_.size()) hits_.emplace_back();
     Hit& one = hits_[hit_count_++];
@@ -444,16 +442,16 @@ bool Reference_Reader::Hit_Candidate(std::string_view word, std::string_view mem
     return true;
   };
   const std::string_view wanted = module.empty() ? std::string_view(cur_ref_) : module;
-  for (const Mem_Dic::Entry& entry : *entries)
-    if (entry.Mdl == wanted) return hit(entry);
+  for (const auto* entry = first; entry != nullptr; entry = members_.Next(*entry))
+    if (entry->Mdl == wanted) return hit(*entry);
   if (module.empty()) {
-    for (const Mem_Dic::Entry& entry : *entries)
-      if (entry.Scp == kScp_Public) return hit(entry);
+    for (const auto* entry = first; entry != nullptr; entry = members_.Next(*entry))
+      if (entry->Scp == kScp_Public) return hit(*entry);
   }
   if (!open_class) return false;
   bool any = false;
-  for (const Mem_Dic::Entry& entry : *entries)
-    if (entry.Scp == kScp_Public) any = hit(entry);
+  for (const auto* entry = first; entry != nullptr; entry = members_.Next(*entry))
+    if (entry->Scp == kScp_Public) any = hit(*entry);
   return any;
 }
 
@@ -494,7 +492,6 @@ bool Get_Ref_Man(const Ref_Ctx& ctx, const Go_On& go_on, const Module_Step& step
     if (!go_on()) return changed;
     members.Add(*item.value);
   }
-  members.Close();
   Reference_Reader reader(ctx, members);
   for (const auto& item : ctx.Tbl.Anl_Mdl) {
     if (!step(item.key)) return changed;

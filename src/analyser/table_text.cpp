@@ -21,7 +21,7 @@ void Put_Module_Block(const Tables& tables, const Mdl_Entry& entry, const Line_S
 }
 
 void Put_Ref_Marks(const Tables& tables, const Line_Sink& put) {
-  for (const auto& [key, value] : tables.RIf_Dic) put("#RIf", value);
+  for (std::size_t i = 0; i < tables.RIf_Dic.Count(); ++i) put("#RIf", tables.RIf_Dic.Text(i));
 }
 
 }  // namespace oru::analyser

@@ -70,16 +70,42 @@ void Set_VCs_Inf(Tbl_Cur& cur, std::string_view row) {
   Srv_Sep_Txt(row, cur.Def);
 }
 
+void Ref_Marks::Clear() {
+  order_.clear();
+  flags_.clear();
+}
+
+void Ref_Marks::Set(std::string_view key, unsigned flag) {
+  const auto at = flags_.find(key);
+  if (at != flags_.end()) {
+    at->second |= flag;
+  } else {
+    order_.push_back(&*flags_.emplace(std::string(key), flag).first);
+  }
+}
+
+unsigned Ref_Marks::Get(std::string_view key) const {
+  const auto at = flags_.find(key);
+  return at == flags_.end() ? 0 : at->second;
+}
+
+std::string Ref_Marks::Text(std::size_t position) const {
+  const auto& [key, flags] = *order_[position];
+  return key + ((flags & kRefers) != 0 ? '1' : '-') + ((flags & kReferred) != 0 ? '1' : '-');
+}
+
 std::string_view Set_Ref_Mrk(const Tables& tables, std::string_view module,
                              std::string_view member) {
-  const std::string* value =
-      tables.RIf_Dic.Get(member.empty() ? std::string(module) : Full_Name(module, member));
-  if (value == nullptr || value->size() < 2) return {};
-  const std::string_view flags = std::string_view(*value).substr(value->size() - 2);
-  if (flags == "1-") return "↓";
-  if (flags == "-1") return "↑";
-  if (flags == "11") return "↓↑";
-  return {};
+  switch (tables.RIf_Dic.Get(member.empty() ? std::string(module) : Full_Name(module, member))) {
+    case Ref_Marks::kRefers:
+      return "↓";
+    case Ref_Marks::kReferred:
+      return "↑";
+    case Ref_Marks::kRefers | Ref_Marks::kReferred:
+      return "↓↑";
+    default:
+      return {};
+  }
 }
 
 char Chk_InV_Typ(const Tables& tables, std::string_view type_word) {

@@ -132,6 +132,28 @@ struct Mdl_Entry {
   int End_Blk = -1;            ///< blank lines at the end; -1 unknown
 };
 
+/// The reference marks (`RIf_Dic`): for each `Module.Member` that has one, whether it refers to
+/// something and whether something refers to it. Keys are exact and keep the order of adding; the
+/// text of an entry is the key followed by the two flags, "1" or "-".
+class Ref_Marks {
+ public:
+  static constexpr unsigned kRefers = 1;
+  static constexpr unsigned kReferred = 2;
+
+  void Clear();
+  /// Sets a flag (`Upd_RIf_Dic`), adding the key if it is new.
+  void Set(std::string_view key, unsigned flag);
+  /// The flags of a key, 0 if it has no entry.
+  [[nodiscard]] unsigned Get(std::string_view key) const;
+  [[nodiscard]] std::size_t Count() const { return order_.size(); }
+  /// The text of the entry at a position, from 0.
+  [[nodiscard]] std::string Text(std::size_t position) const;
+
+ private:
+  service::Text_Map<unsigned> flags_;
+  std::vector<const std::pair<const std::string, unsigned>*> order_;
+};
+
 struct Tables {
   /// Key = module name, in the order of analysis; a module read again moves to the end.
   service::Collection<std::unique_ptr<Mdl_Entry>> Mdl_Tbl;
@@ -139,8 +161,7 @@ struct Tables {
   service::Collection<std::string> Ref_Tbl;
   /// All strings of `Ref_Tbl` in table order.
   std::string Ref_All;
-  /// Key = `Module.Member`: the key and two flags, "1" or "-": refers, is referred to.
-  service::Dictionary<std::string> RIf_Dic;
+  Ref_Marks RIf_Dic;
   int MLL = 9999;                            ///< shortest member name, in characters
   int MHL = 0;                               ///< longest member name, in characters
   service::Collection<std::string> Prj_Mdl;  ///< names of the project's code components

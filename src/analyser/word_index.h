@@ -13,18 +13,17 @@ namespace oru::analyser {
 
 class Mem_Dic {
  public:
-  /// One member of that name.
+  /// One member of a name; those of one name are chained in module order.
   struct Entry {
     std::string_view Mdl;
     char Scp = 0;
+    std::uint32_t Next = 0;  ///< position of the next one, 0 at the end
   };
 
-  /// An empty index; `tables` get their `MLL` and `MHL` widened.
-  explicit Mem_Dic(Tables& tables) : tables_(tables) {}
+  /// An empty index for the members of `tables`, whose `MLL` and `MHL` it widens.
+  explicit Mem_Dic(Tables& tables);
   /// Takes a module's "Mem" rows, which must outlive the index.
   void Add(const Mdl_Entry& entry);
-  /// Ends the adding; from here on names are found.
-  void Close();
 
   /// Hash of a name, computed byte by byte from `kHash_Start`.
   static constexpr std::uint32_t kHash_Start = 2166136261U;
@@ -37,22 +36,25 @@ class Mem_Dic {
     return hash;
   }
 
-  /// The members of that exact name in module order; null if there is none.
-  [[nodiscard]] const std::vector<Entry>* Get(std::string_view name, std::uint32_t hash) const {
-    for (std::size_t i = hash & mask_; slots_[i].members != nullptr; i = (i + 1) & mask_)
-      if (slots_[i].hash == hash && slots_[i].name == name) return slots_[i].members;
+  /// The first member of that exact name; null if there is none.
+  [[nodiscard]] const Entry* Get(std::string_view name, std::uint32_t hash) const {
+    for (std::size_t i = hash & mask_; slots_[i].first != 0; i = (i + 1) & mask_)
+      if (slots_[i].hash == hash && slots_[i].name == name) return &entries_[slots_[i].first];
     return nullptr;
+  }
+  /// The next member of the same name, or null.
+  [[nodiscard]] const Entry* Next(const Entry& entry) const {
+    return entry.Next == 0 ? nullptr : &entries_[entry.Next];
   }
 
  private:
   struct Slot {
-    std::uint32_t hash = 0;
+    std::uint32_t hash = 0, first = 0, last = 0;
     std::string_view name;
-    const std::vector<Entry>* members = nullptr;
   };
   Tables& tables_;
-  std::unordered_map<std::string_view, std::vector<Entry>> entries_;
-  std::vector<Slot> slots_;  // open addressing, at most a quarter full
+  std::vector<Entry> entries_;  // the one at 0 stands for none
+  std::vector<Slot> slots_;     // open addressing, at most a quarter full
   std::size_t mask_ = 0;
 };
 

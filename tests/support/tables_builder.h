@@ -41,7 +41,8 @@ class Tables_Builder {
   }
   /// Reference flags of "Module.Member": "1-", "-1" or "11".
   Tables_Builder& Ref(std::string_view member, std::string_view flags) {
-    tables.RIf_Dic.Put(member, std::string(member).append(flags));
+    if (flags[0] == '1') tables.RIf_Dic.Set(member, analyser::Ref_Marks::kRefers);
+    if (flags[1] == '1') tables.RIf_Dic.Set(member, analyser::Ref_Marks::kReferred);
     return *this;
   }
 

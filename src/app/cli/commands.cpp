@@ -81,7 +81,7 @@ int Cmd_Analyse(Session& session, const Output& output, double seconds) {
   const long long lines = sum.Code + sum.Comment + sum.Blank;
   Out_Table table;
   std::vector<std::string> row;
-  const auto add = [&](std::string key, Cell_Type type, std::string value) {
+  const auto add = [&](const std::string& key, Cell_Type type, std::string value) {
     table.columns.push_back({key, key, type});
     row.push_back(std::move(value));
   };

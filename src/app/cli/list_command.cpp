@@ -112,13 +112,7 @@ std::string Module_Lines(host::VBE& vbe, const std::string& name) {
   return fmt::to_string(code == nullptr ? 0 : code->CountOfLines());
 }
 
-}  // namespace
-
-void Add_Module_List_Options(CLI::App& command, List_Options& options) {
-  command
-      .add_option("--filter", options.Filter,
-                  "種類で絞り込む: " + Filter_Keys(views::kMdl_Filters) + " (または一覧の日本語名)")
-      ->type_name("KIND");
+void Add_Order_Options(CLI::App& command, List_Options& options) {
   command
       .add_option("--sort", options.Sort,
                   "並べ替え: name 名前昇順, name-desc 名前降順, changed 変更順")
@@ -126,6 +120,16 @@ void Add_Module_List_Options(CLI::App& command, List_Options& options) {
       ->type_name("ORDER")
       ->capture_default_str();
   command.add_flag("--copy", options.Copy, "クリップボード用のテキスト (見出し付き) で出力する");
+}
+
+}  // namespace
+
+void Add_Module_List_Options(CLI::App& command, List_Options& options) {
+  command
+      .add_option("--filter", options.Filter,
+                  "種類で絞り込む: " + Filter_Keys(views::kMdl_Filters) + " (または一覧の日本語名)")
+      ->type_name("KIND");
+  Add_Order_Options(command, options);
 }
 
 void Add_Procedure_List_Options(CLI::App& command, List_Options& options) {
@@ -137,14 +141,8 @@ void Add_Procedure_List_Options(CLI::App& command, List_Options& options) {
           "絞り込む: " + Filter_Keys(views::kMAl_Filters) +
               " (プロジェクト全体では Public のもの)。--module があるときは unconfirmed の代わりに、イベントの対象 (コントロール名など)")
       ->type_name("KIND");
-  command
-      .add_option("--sort", options.Sort,
-                  "並べ替え: name 名前昇順, name-desc 名前降順, changed 変更順")
-      ->check(CLI::IsMember(std::vector<std::string>(kSorts.begin(), kSorts.end())))
-      ->type_name("ORDER")
-      ->capture_default_str();
   command.add_flag("--group", options.Grouped, "モジュールごとにまとめて並べる");
-  command.add_flag("--copy", options.Copy, "クリップボード用のテキスト (見出し付き) で出力する");
+  Add_Order_Options(command, options);
 }
 
 int Cmd_List_Modules(Session& session, const Output& output, const List_Options& options) {

@@ -26,26 +26,27 @@ struct Fuse {
 class Failing_Module final : public host::CodeModule {
  public:
   Failing_Module(host::CodeModule& real, Fuse& fuse) : real_(real), fuse_(fuse) {}
-  int CountOfLines() const override { return fuse_.Burn(), real_.CountOfLines(); }
-  int CountOfDeclarationLines() const override {
+  [[nodiscard]] int CountOfLines() const override { return fuse_.Burn(), real_.CountOfLines(); }
+  [[nodiscard]] int CountOfDeclarationLines() const override {
     return fuse_.Burn(), real_.CountOfDeclarationLines();
   }
-  std::string Lines(int start, int count) const override {
+  [[nodiscard]] std::string Lines(int start, int count) const override {
     return fuse_.Burn(), real_.Lines(start, count);
   }
-  host::ProcAtLine ProcOfLine(int line) const override {
+  [[nodiscard]] host::ProcAtLine ProcOfLine(int line) const override {
     return fuse_.Burn(), real_.ProcOfLine(line);
   }
-  int ProcStartLine(std::string_view n, host::ProcKind k) const override {
+  [[nodiscard]] int ProcStartLine(std::string_view n, host::ProcKind k) const override {
     return fuse_.Burn(), real_.ProcStartLine(n, k);
   }
-  int ProcBodyLine(std::string_view n, host::ProcKind k) const override {
+  [[nodiscard]] int ProcBodyLine(std::string_view n, host::ProcKind k) const override {
     return fuse_.Burn(), real_.ProcBodyLine(n, k);
   }
-  int ProcCountLines(std::string_view n, host::ProcKind k) const override {
+  [[nodiscard]] int ProcCountLines(std::string_view n, host::ProcKind k) const override {
     return fuse_.Burn(), real_.ProcCountLines(n, k);
   }
-  bool Find(std::string_view t, host::Selection& r, bool w, bool m, bool p) const override {
+  [[nodiscard]] bool Find(std::string_view t, host::Selection& r, bool w, bool m,
+                          bool p) const override {
     return real_.Find(t, r, w, m, p);
   }
   void InsertLines(int line, std::string_view text) override { real_.InsertLines(line, text); }
@@ -63,11 +64,11 @@ class Failing_Component final : public host::VBComponent {
  public:
   Failing_Component(host::VBComponent& real, Fuse& fuse)
       : real_(real), fuse_(fuse), module_(*real.CodeModule(), fuse) {}
-  std::string Name() const override { return fuse_.Burn(), real_.Name(); }
-  int Type() const override { return fuse_.Burn(), real_.Type(); }
+  [[nodiscard]] std::string Name() const override { return fuse_.Burn(), real_.Name(); }
+  [[nodiscard]] int Type() const override { return fuse_.Burn(), real_.Type(); }
   host::CodeModule* CodeModule() override { return fuse_.Burn(), &module_; }
   host::Designer* Designer() override { return fuse_.Burn(), real_.Designer(); }
-  bool HasOpenDesigner() const override { return real_.HasOpenDesigner(); }
+  [[nodiscard]] bool HasOpenDesigner() const override { return real_.HasOpenDesigner(); }
   host::Properties& Properties() override { return real_.Properties(); }
   host::Window* DesignerWindow() override { return real_.DesignerWindow(); }
   void Activate() override { real_.Activate(); }
@@ -82,13 +83,13 @@ class Failing_Project final : public host::VBProject, public host::VBComponents 
  public:
   Failing_Project(host::VBProject& real, Fuse& fuse) : real_(real), fuse_(fuse) {}
   host::VBComponents& VBComponents() override { return *this; }
-  enum host::Protection Protection() const override { return real_.Protection(); }
-  std::string Name() const override { return real_.Name(); }
-  std::string Description() const override { return real_.Description(); }
-  std::string FileName() const override { return real_.FileName(); }
+  [[nodiscard]] enum host::Protection Protection() const override { return real_.Protection(); }
+  [[nodiscard]] std::string Name() const override { return real_.Name(); }
+  [[nodiscard]] std::string Description() const override { return real_.Description(); }
+  [[nodiscard]] std::string FileName() const override { return real_.FileName(); }
   host::References& References() override { return fuse_.Burn(), real_.References(); }
 
-  int Count() const override { return fuse_.Burn(), real_.VBComponents().Count(); }
+  [[nodiscard]] int Count() const override { return fuse_.Burn(), real_.VBComponents().Count(); }
   host::VBComponent* Item(int position) override {
     return fuse_.Burn(), Wrap(real_.VBComponents().Item(position));
   }

@@ -96,9 +96,10 @@ class Temp_Folder {
   [[nodiscard]] std::filesystem::path operator/(std::string_view name) const {
     return path_ / name;
   }
-  /// Writes a file, with the folders above it, and gives its path.
+  /// Writes a file, with the folders above it, and gives its path; called for its effect too.
+  // NOLINTNEXTLINE(modernize-use-nodiscard)
   std::filesystem::path Put(std::string_view name, std::string_view bytes) const {
-    const std::filesystem::path file = path_ / name;
+    std::filesystem::path file = path_ / name;
     std::filesystem::create_directories(file.parent_path());
     std::ofstream(file, std::ios::binary)
         .write(bytes.data(), static_cast<std::streamsize>(bytes.size()));

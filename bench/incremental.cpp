@@ -74,7 +74,8 @@ void Register(const std::filesystem::path& data) {
     for (auto _ : run) {
       for (const auto& component : project->project->Components()) {
         const auto* entry = project->tables.Mdl_Tbl.Get(component->Name());
-        benchmark::DoNotOptimize(analyser::Get_Mdl_Cod(*component->CodeModule()) == (*entry)->CCd);
+        benchmark::DoNotOptimize(analyser::Get_Mdl_Cod(*component->CodeModule()).CCd ==
+                                 (*entry)->CCd);
       }
     }
   })->Unit(benchmark::kMillisecond);

@@ -19,7 +19,8 @@ void Read_Definitions(Project& p) {
                          p.state.HFl_Nam,
                          " ",
                          analyser::Anl_Options(p.services.Opt),
-                         [](const std::string&) {}};
+                         [](std::string_view, const std::string&) {},
+                         [](std::string_view, const std::string&) {}};
   for (const auto& component : p.project->Components()) analyser::Get_Mdl_Lop(pass, *component);
 }
 
@@ -34,8 +35,10 @@ void Name_Modules(Project& p) {
 }
 
 void Read_References(Project& p) {
-  const analyser::Ref_Ctx pass{p.services, p.editor, p.tables, [](const std::string&) {}};
-  benchmark::DoNotOptimize(analyser::Get_Ref_Man(pass, [](std::string_view) { return true; }));
+  const analyser::Ref_Ctx pass{p.services, p.editor, p.tables,
+                               [](std::string_view, const std::string&) {}};
+  benchmark::DoNotOptimize(analyser::Get_Ref_Man(
+      pass, [] { return true; }, [](std::string_view) { return true; }));
 }
 
 }  // namespace

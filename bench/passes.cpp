@@ -35,8 +35,7 @@ void Name_Modules(Project& p) {
 }
 
 void Read_References(Project& p) {
-  const analyser::Ref_Ctx pass{p.services, p.editor, p.tables,
-                               [](std::string_view, const std::string&) {}};
+  const analyser::Ref_Ctx pass{p.services, p.tables, [](std::string_view, const std::string&) {}};
   benchmark::DoNotOptimize(analyser::Get_Ref_Man(
       pass, [] { return true; }, [](std::string_view) { return true; }));
 }

@@ -169,8 +169,7 @@ void Run_References(Anl_Ctx& ctx, const Mdl_Ctx& pass, Anl_Progress& progress) {
     progress.Dsp_Anl_Res({}, current, 0, pass.Tot_Lin, ctx.Sta.Lin_Sec);
     Log_Step(ctx, "モジュール別参照情報取得", current, start);
   };
-  const Ref_Ctx ref{ctx.Srv, ctx.VBInst, ctx.Tbl,
-                    [&ctx](std::string_view module, std::string text) {
+  const Ref_Ctx ref{ctx.Srv, ctx.Tbl, [&ctx](std::string_view module, std::string text) {
                       Put_Problem(ctx, module, std::move(text));
                     }};
   ctx.Sta.Ref_Chg = Get_Ref_Man(

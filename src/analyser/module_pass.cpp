@@ -66,6 +66,7 @@ class Module_Reader {
   void Chk_Header(std::string_view statement);
   void Chk_Mem_Lin(std::string_view statement, int line);
   [[nodiscard]] bool Is_Event(std::string_view member) const;
+  void Note_Arguments(std::string_view header);
   void Tell_Left_Out(int line);
   void Set_RCk_Inf(std::string_view name, std::string_view scope, char kind, std::string_view type);
   void Put_Counts(Mem_Row& row, const Counts& counts, const Metrics& metrics);
@@ -203,6 +204,7 @@ void Module_Reader::Read_Member(const host::Member_Place& place) {
     if (reader.Kind() == Stm_Kind::Comment) comment.Add(reader.Cur_Stm());
     if (reader.Kind() != Stm_Kind::Code) continue;
     std::string& statement = reader.Cur_Stm();
+    if (reader.Cur_Lin() == place.Bdy) Note_Arguments(statement);
     Del_Label(statement);
     (void)Sep_Comment(statement);
     Chk_Mem_Inf(statement, reader.Cur_Lin());
@@ -290,6 +292,16 @@ void Module_Reader::Chk_Mem_Lin(std::string_view statement, int line) {
   }
   Append_Five(ctx_.RCd_Buffer, offset);
   ctx_.RCd_Buffer.append(statement).append("\r\n");
+}
+
+// Few parameters are of a class: the others are turned away by their type word alone.
+void Module_Reader::Note_Arguments(std::string_view header) {
+  for (const std::string_view piece : Split_Arguments(header)) {
+    const std::string_view type = As_Type(piece);
+    if (!type.empty() && Chk_InV_Typ(ctx_.Tbl, type) == 0) continue;
+    const Def_Row argument = Parse_Argument(piece, 0);
+    entry_.Arg.push_back({mem_.Mem_Nam, argument.Def_Nam + ' ' + argument.Def_Typ});
+  }
 }
 
 void Module_Reader::Tell_Left_Out(int line) {

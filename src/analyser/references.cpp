@@ -161,7 +161,8 @@ class Reference_Reader {
   const Ref_Ctx& ctx_;
   const Mem_Dic& members_;
   Instances instances_;
-  const host::CodeModule* code_ = nullptr;
+  const Mdl_Entry::Argument* argument_ = nullptr;  // the next one that has not been met
+  const Mdl_Entry::Argument* arguments_end_ = nullptr;
   std::string buffer_;   // the module's records
   std::string cur_ref_;  // the current module
   std::string cur_prc_;  // the member whose statements are read
@@ -196,10 +197,10 @@ std::string Reference_Reader::Read_Module(std::string_view module) {
   buffer_.clear();
   normal_.Clear();
   error_.Clear();
-  host::VBProject* project = ctx_.VBInst.ActiveVBProject();
-  host::VBComponent* component =
-      project == nullptr ? nullptr : project->VBComponents().Item(module);
-  code_ = component == nullptr ? nullptr : component->CodeModule();
+  argument_ = (*entry)->Arg.data();
+  arguments_end_ = argument_ + (*entry)->Arg.size();
+  // What a fault says of the statement in hand.
+  const service::Err_Frame statement(ctx_.Srv.Errors, "Mod_Ref", "Chk_Ref_Inf", &statement_);
 
   std::string_view rest = (*entry)->RCd;
   while (!rest.empty()) {
@@ -223,17 +224,10 @@ void Reference_Reader::Begin_Member(std::string_view member) {
   err_lbl_.clear();
   err_sec_ = false;
   with_.Clear();
-  if (code_ == nullptr) return;
-  const std::string header = Get_Prc_Hed(*code_, cur_prc_);
-  std::string words;
-  for (const std::string_view piece : Split_Arguments(header)) {
-    // Few parameters are of a class: the others are turned away by their type word alone.
-    const std::string_view type = As_Type(piece);
-    if (!type.empty() && !Is_Class(type)) continue;
-    const Def_Row argument = Parse_Argument(piece, 0);
-    words.assign(argument.Def_Nam).append(1, ' ').append(argument.Def_Typ);
-    instances_.Declare(ctx_.Tbl, words, cur_ref_);
-  }
+  statement_.clear();
+  // Members come in the order in which their parameters were noted.
+  for (; argument_ != arguments_end_ && argument_->Mem_Nam == member; ++argument_)
+    instances_.Declare(ctx_.Tbl, argument_->Words, cur_ref_);
 }
 
 void Reference_Reader::End_Member() {
@@ -262,19 +256,14 @@ void Reference_Reader::Chk_Ref_Inf(std::string_view line) {
   if (line.size() <= kLine_Digits) return;
   line_ = line.substr(0, kLine_Digits);
   statement_ = line.substr(kLine_Digits);
-  const service::Err_Frame frame(ctx_.Srv.Errors, "Mod_Ref", "Chk_Ref_Inf", &statement_);
   std::string& s = statement_;
-  const std::size_t blank = s.find(' ');
-  const std::string_view first = std::string_view(s).substr(0, blank);
-  if (blank != npos && blank > 0) {
-    if (first == "Dim" || first == "Static") {
-      if (!Names_Class(s)) return;
-      Chk_Def_Inf(s, false, found_);
-      for (const Def_Found& def : found_) instances_.Declare(ctx_.Tbl, def.Piece, cur_ref_);
-      return;
-    }
-    if (first == "Set" || first == "With") instances_.Bind(ctx_.Tbl, s, cur_ref_);
+  if (s.starts_with("Dim ") || s.starts_with("Static ")) {
+    if (!Names_Class(s)) return;
+    Chk_Def_Inf(s, false, found_);
+    for (const Def_Found& def : found_) instances_.Declare(ctx_.Tbl, def.Piece, cur_ref_);
+    return;
   }
+  if (s.starts_with("Set ") || s.starts_with("With ")) instances_.Bind(ctx_.Tbl, s, cur_ref_);
   const unsigned marks = Marks_In(s);
   if ((marks & kMark_O) != 0 && s.find("On Error GoTo") != npos) {
     const std::size_t last = s.rfind(' ');
@@ -503,6 +492,7 @@ bool Get_Ref_Man(const Ref_Ctx& ctx, const Go_On& go_on, const Module_Step& step
     ctx.Tbl.Ref_Tbl.Remove(item.key);
     ctx.Tbl.Ref_Tbl.Add(item.key, std::move(text));
     std::string().swap((*entry)->RCd);
+    (*entry)->Arg.clear();
   }
   Join_Ref_Texts(ctx.Tbl);
   return changed;

@@ -9,7 +9,6 @@
 #include <string_view>
 
 #include "analyser/tables.h"
-#include "host/model.h"
 #include "service/services.h"
 
 namespace oru::analyser {
@@ -17,7 +16,6 @@ namespace oru::analyser {
 /// What the reference pass works with.
 struct Ref_Ctx {
   service::Services& Srv;
-  host::VBE& VBInst;
   Tables& Tbl;
   /// Takes a problem that did not stop the pass.
   std::function<void(std::string_view module, std::string text)> Problem;

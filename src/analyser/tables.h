@@ -126,7 +126,13 @@ struct Mdl_Entry {
   std::vector<std::string> Def;
   service::Collection<std::string> Ctl;  ///< key = control name; the value may be empty
   std::string RCd;                       ///< reduced code, until the reference pass has read it
-  std::string CCd;                       ///< compared code
+  /// The parameters that may hold objects, as "name type", in the order of their members; until the
+  /// reference pass has read them.
+  struct Argument {
+    std::string Mem_Nam, Words;
+  };
+  std::vector<Argument> Arg;
+  std::string CCd;  ///< compared code
   // What `CCd` cannot show of the lines that were read; not part of the analysis file.
   std::uint64_t Lin_Hash = 0;  ///< of their lengths, the blank ones at the end left out; 0 unknown
   int End_Blk = -1;            ///< blank lines at the end; -1 unknown

@@ -19,9 +19,16 @@ void Join_Ref_Texts(Tables& tables) {
   tables.Ref_All.reserve(size);
   for (const auto& item : tables.Ref_Tbl) tables.Ref_All += item.value;
 
-  tables.RIf_Dic.Clear();
+  std::size_t members = 0;
+  for (const auto& item : tables.Mdl_Tbl) members += item.value->Mem.Count();
+  tables.RIf_Dic.Clear(members);
+  std::string_view caller;
   for (Ref_Cursor cursor; Set_Ref_Fld(tables.Ref_All, {}, cursor);) {
-    tables.RIf_Dic.Set(cursor.Record.Caller, Ref_Marks::kRefers);
+    // A member's records stand one behind the other.
+    if (cursor.Record.Caller != caller) {
+      caller = cursor.Record.Caller;
+      tables.RIf_Dic.Set(caller, Ref_Marks::kRefers);
+    }
     tables.RIf_Dic.Set(cursor.Record.Target, Ref_Marks::kReferred);
   }
 }

@@ -70,9 +70,11 @@ void Set_VCs_Inf(Tbl_Cur& cur, std::string_view row) {
   Srv_Sep_Txt(row, cur.Def);
 }
 
-void Ref_Marks::Clear() {
+void Ref_Marks::Clear(std::size_t expected) {
   order_.clear();
   flags_.clear();
+  order_.reserve(expected);
+  flags_.reserve(expected);
 }
 
 void Ref_Marks::Set(std::string_view key, unsigned flag) {

@@ -146,7 +146,8 @@ class Ref_Marks {
   static constexpr unsigned kRefers = 1;
   static constexpr unsigned kReferred = 2;
 
-  void Clear();
+  /// Empties the marks and makes room for about `expected` new ones.
+  void Clear(std::size_t expected);
   /// Sets a flag (`Upd_RIf_Dic`), adding the key if it is new.
   void Set(std::string_view key, unsigned flag);
   /// The flags of a key, 0 if it has no entry.

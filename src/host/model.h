@@ -6,11 +6,11 @@
 // model's "nothing". A member that the host refuses throws `Host_Error`.
 #pragma once
 
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
 #include "host/command_bars.h"
+#include "service/errors.h"
 
 namespace oru::host {
 
@@ -19,11 +19,9 @@ class CodePane;
 class VBProject;
 
 /// The host refused; `number` is its error number.
-class Host_Error : public std::runtime_error {
+class Host_Error : public service::Sys_Error {
  public:
-  Host_Error(int error_number, const std::string& description)
-      : std::runtime_error(description), number(error_number) {}
-  int number;
+  using Sys_Error::Sys_Error;
 };
 
 constexpr int kErr_Bad_Call = 5;       ///< arguments that do not go together

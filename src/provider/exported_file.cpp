@@ -59,6 +59,19 @@ std::string Without_Controls(std::string_view text) {
   return out;
 }
 
+namespace {
+
+// A name as a module can have it. Besides control characters it loses what separates the parts of
+// the analysis' records; the editor allows neither, but a file's name may hold them.
+std::string Module_Name(std::string_view given) {
+  std::string name(service::Trim(Without_Controls(given)));
+  for (char& c : name)
+    if (c == '%' || c == '#' || c == '|' || c == '.') c = '_';
+  return name;
+}
+
+}  // namespace
+
 Exported_File Read_Exported(std::string bytes, File_Kind kind, std::string_view stem,
                             const service::Code_Page& page) {
   Exported_File file;
@@ -88,8 +101,8 @@ Exported_File Read_Exported(std::string bytes, File_Kind kind, std::string_view 
         Parse_Controls(text.substr(layout.block.begin, layout.block.end - layout.block.begin));
   }
   const std::string given = layout.name.value_or(std::string(stem));
-  file.component.name = service::Trim(Without_Controls(given));
-  if (file.component.name.empty()) file.component.name = service::Trim(Without_Controls(stem));
+  file.component.name = Module_Name(given);
+  if (file.component.name.empty()) file.component.name = Module_Name(stem);
   file.name_changed = file.component.name != given;
   Remove_Hidden(decoded.text, layout.hidden);
   file.component.text = std::move(decoded.text);

@@ -84,6 +84,8 @@ TEST(ExportedFile, NameAndType) {
       {"doubled quotes", "Attribute VB_Name = \"a\"\"b\" 'x\n", "a\"b", 1, File_Kind::Bas, false},
       {"control characters become blanks", "Attribute VB_Name = \"a\tb\x01\"\n", "a b", 1,
        File_Kind::Bas, true},
+      {"what separates parts of a record", "Attribute VB_Name = \"a.b%c#d|e\"\n", "a_b_c_d_e", 1,
+       File_Kind::Bas, true},
       {"empty name", "Attribute VB_Name = \"\"\n", "Stem", 1, File_Kind::Bas, true},
       {"name in the code page", "Attribute VB_Name = \"\x83\x5C\"\n", "ソ", 1, File_Kind::Bas,
        false},

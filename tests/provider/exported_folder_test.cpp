@@ -54,7 +54,7 @@ TEST(ExportedFolder, TheNameIsTheRealFoldersName) {
 TEST(ExportedFolder, ASingleFileIsAProject) {
   const Temp_Folder folder;
   const Exported_Project project = Read_Project(folder.Put("a.b.bas", "X\r\n"));
-  EXPECT_EQ(Names(project), List{"a.b"});
+  EXPECT_EQ(Names(project), List{"a_b"});
   EXPECT_EQ(project.name, "a.b");
   EXPECT_EQ(project.host_file, folder / "a.b.bas");
 }

@@ -33,7 +33,7 @@ class Project {
  public:
   explicit Project(const std::filesystem::path& folder);
 
-  [[nodiscard]] analyser::Anl_Ctx Ctx() { return {services, editor, nullptr, tables, state}; }
+  [[nodiscard]] analyser::Anl_Ctx Ctx() { return {services, editor, nullptr, tables, state, lists}; }
   /// The modules' texts: lines and bytes.
   [[nodiscard]] std::int64_t Lines() const;
   [[nodiscard]] std::int64_t Bytes() const;
@@ -44,6 +44,7 @@ class Project {
   host::Memory_Editor editor;
   analyser::Tables tables;
   analyser::Anl_State state;
+  analyser::Kept_Lists lists;
   host::Memory_Project* project = nullptr;  ///< owned by the editor
 };
 

@@ -63,7 +63,8 @@ inline void Run_Analyse(std::string_view input) {
 
   analyser::Tables tables;
   analyser::Anl_State state;
-  analyser::Anl_Ctx ctx{services, editor, nullptr, tables, state};
+  analyser::Kept_Lists lists;
+  analyser::Anl_Ctx ctx{services, editor, nullptr, tables, state, lists};
   const auto run = [&] {
     return service::Run_Evt(services, "Mod_Anl", "Get_Pgm_Inf",
                             [&] { (void)analyser::Get_Pgm_Inf(ctx, true); });

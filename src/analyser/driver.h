@@ -6,13 +6,16 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "analyser/kept_lists.h"
 #include "analyser/tables.h"
 #include "host/host_app.h"
 #include "host/model.h"
+#include "service/file_store.h"
 #include "service/services.h"
 
 namespace oru::analyser {
@@ -48,7 +51,14 @@ struct Anl_State {
   std::string Mac_Lst = " ";
   std::string HFl_Nam;
   std::vector<Anl_Problem> Problems;  ///< what this run could not read, for the user
+  std::string Lod_Dat;                ///< load baseline: edits from this moment on are new
+  bool Fil_Bad = false;               ///< the analysis file was found unusable at the last load
+  std::string Edt_Mdl, Edt_Mem;       ///< where the last edit was recorded,
+  int Edt_Lin = 0;                    ///< and its line in the member
 };
+
+/// Tells when a module was edited, "YYMMDDHHMMSS", where the editor does not see the edits itself.
+using Edit_Moment = std::function<std::string(std::string_view module)>;
 
 /// What the driver works with; the session owns all of it.
 struct Anl_Ctx {
@@ -57,6 +67,9 @@ struct Anl_Ctx {
   host::HostApp* App;  ///< null without a spreadsheet host
   Tables& Tbl;
   Anl_State& Sta;
+  Kept_Lists& Lst;
+  service::File_Store* Fil = nullptr;  ///< where the analysis file lies; null: none is used
+  Edit_Moment Out_Edt = {};            ///< set for a project that is edited outside the editor
 };
 
 /// Brings the tables up to date. True when there was anything to analyse; false for a nested call.

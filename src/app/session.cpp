@@ -42,7 +42,7 @@ std::string Session::File_Of(std::string_view module) const {
 
 bool Session::Analyse() {
   if (host::Chk_Protect(VBInst, Srv, true)) return false;
-  analyser::Anl_Ctx ctx{Srv, VBInst, nullptr, Tbl, Sta};
+  analyser::Anl_Ctx ctx{Srv, VBInst, nullptr, Tbl, Sta, Lst};
   const bool ran = service::Run_Evt(Srv, "Mod_Anl", "Get_Pgm_Inf",
                                     [&] { (void)analyser::Get_Pgm_Inf(ctx, true); });
   return ran && !Tbl.Mdl_Tbl.Empty();

@@ -39,6 +39,7 @@ class Session {
   host::Memory_Editor VBInst;
   analyser::Tables Tbl;
   analyser::Anl_State Sta;
+  analyser::Kept_Lists Lst;
   std::vector<provider::Problem> Problems;
   std::vector<provider::Module_File> Files;  ///< where each module came from
   std::string Project_Path;                  ///< as the user gave it

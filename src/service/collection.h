@@ -70,6 +70,16 @@ class Collection {
     if (!index_.empty() || items_.size() > kLinear) Index_Last(std::move(folded));
     return true;
   }
+  /// Adds in front of all others; false, and nothing done, if the key exists.
+  bool Add_First(std::string_view key, T value) {
+    std::string folded = To_Lower(key);
+    if (Find_Folded(folded) != npos) return false;
+    items_.insert(items_.begin(), {std::string(key), std::move(value)});
+    if (index_.empty()) return true;
+    for (auto& [other, at] : index_) ++at;
+    index_.emplace(std::move(folded), 0);
+    return true;
+  }
   /// Adds an item that no key can fetch, only a walk or a position.
   void Add_Unkeyed(T value) { items_.push_back({{}, std::move(value)}); }
 

@@ -18,6 +18,15 @@ struct File_Result {
   [[nodiscard]] bool Ok() const { return error.empty(); }
 };
 
+/// Words for what went wrong with a file, `reason` in parentheses; of writing also what became of the
+/// old content.
+[[nodiscard]] File_Result Read_Failure(const std::filesystem::path& path, std::string_view reason);
+[[nodiscard]] File_Result Write_Failure(const std::filesystem::path& path, std::string_view reason,
+                                        bool existed);
+/// The reason where another program was at the file.
+constexpr std::string_view kChanged_Meanwhile =
+    "読み込んだあとに、ほかのプログラムが変更しています";
+
 struct Read_Result : File_Result {
   std::string bytes;
 };

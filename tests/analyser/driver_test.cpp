@@ -238,7 +238,7 @@ TEST(Driver, ARefusedCallLeavesNothingHalfDone) {
     make(p);
     test::Fuse fuse{n};
     test::Failing_Editor editor(p.Editor, fuse);
-    Anl_Ctx ctx{p.Srv, editor, nullptr, p.Tbl, p.Sta};
+    Anl_Ctx ctx{p.Srv, editor, nullptr, p.Tbl, p.Sta, p.Lst};
     const bool done =
         service::Run_Evt(p.Srv, "Mod_Anl", "Get_Pgm_Inf", [&] { (void)Get_Pgm_Inf(ctx, false); });
     if (!done) {

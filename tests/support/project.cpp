@@ -65,7 +65,7 @@ void Project::Add_Reference(const std::string& name, bool is_broken) {
 }
 
 analyser::Anl_Ctx Project::Ctx() {
-  return {Srv, Editor, App, Tbl, Sta};
+  return {Srv, Editor, App, Tbl, Sta, Lst};
 }
 
 bool Project::Analyse() {

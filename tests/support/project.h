@@ -57,6 +57,7 @@ class Project {
   host::HostApp* App = nullptr;
   analyser::Tables Tbl;
   analyser::Anl_State Sta;
+  analyser::Kept_Lists Lst;
 
  private:
   host::Memory_Project* project_;

@@ -86,7 +86,7 @@ int Run_Command(const Common_Options& common, const Command& command, std::ostre
           .Code_Page = common.code_page});
   Session& session = *owned;
   terminal.On_Interrupt = [&] {
-    analyser::Anl_Ctx ctx{session.Srv, session.VBInst, nullptr, session.Tbl, session.Sta};
+    analyser::Anl_Ctx ctx{session.Srv, session.VBInst, nullptr, session.Tbl, session.Sta, session.Lst};
     if (terminal.Interactive()) {
       analyser::Req_Anl_Cnl(ctx);
     } else {

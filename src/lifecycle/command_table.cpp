@@ -195,8 +195,9 @@ std::span<const Menu_Entry> Menu_Entries() {
 }
 
 std::span<const Menu_Entry> Menu_Entries(Place where) {
-  const auto part = std::ranges::equal_range(kEntries, where, {}, &Menu_Entry::Where);
-  return {part.begin(), part.end()};
+  const auto* const first = std::ranges::lower_bound(kEntries, where, {}, &Menu_Entry::Where);
+  const auto* const last = std::ranges::upper_bound(kEntries, where, {}, &Menu_Entry::Where);
+  return {first, last};
 }
 
 }  // namespace oru::lifecycle

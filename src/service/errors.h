@@ -89,6 +89,10 @@ class Err_Frame {
 void Sys_Err_Prc(Services& services, int number, const std::string& description, bool analysing,
                  bool fatal);
 
+/// Writes the fatal report of something that stops nobody and needs no message.
+void Srv_Log_Err(Services& services, std::string_view module, std::string_view procedure,
+                 const std::string& description);
+
 /// Runs one event (a command, a hook, a timer, a verb of the program). True if it came to its end;
 /// false if it failed, in which case `Sys_Err_Prc` has been called and the trace emptied. A fault
 /// while `Services::Anl_Bsy` stands is fatal; therefore an analysis does not take its mark away

@@ -4,6 +4,7 @@
 
 #include <fstream>
 #include <ios>
+#include <utility>
 
 #include "service/errors.h"
 #include "service/services.h"
@@ -75,6 +76,16 @@ void Append_Report(const Services& services, const std::string& report) {
 }
 
 }  // namespace
+
+void Srv_Log_Err(Services& services, std::string_view module, std::string_view procedure,
+                 const std::string& description) {
+  Error_Trace other;
+  other.Add({std::string(module), std::string(procedure), {}, 0});
+  std::swap(services.Errors, other);
+  Append_Report(services, Report_Text(services, kOwn_Error, description));
+  std::swap(services.Errors, other);
+  Srv_Trc_Log(services, fmt::format("{} -> {} {}", module, procedure, description));
+}
 
 void Sys_Err_Prc(Services& services, int number, const std::string& description, bool analysing,
                  bool fatal) {

@@ -28,16 +28,8 @@ class Disk_File final : public New_File {
   Disk_File(Disk_Store& store, std::string path)
       : store_(store), path_(std::move(path)), file_(To_Path(path_)) {}
 
-  void Put(std::string_view bytes) override {
-    if (buffer_.size() + bytes.size() > kBlock) Flush();
-    if (bytes.size() > kBlock) {
-      file_.Put(bytes);
-    } else {
-      buffer_ += bytes;
-    }
-  }
+  void Put(std::string_view bytes) override { file_.Put(bytes); }
   [[nodiscard]] Outcome Commit(const std::optional<File_Mark>& expected) override {
-    Flush();
     Outcome outcome;
     file_.Commit([&](const fs::path&) -> std::string {
       if (!expected) return {};
@@ -54,13 +46,8 @@ class Disk_File final : public New_File {
   }
 
  private:
-  void Flush() {
-    file_.Put(buffer_);
-    buffer_.clear();
-  }
-
   Disk_Store& store_;
-  std::string path_, buffer_;
+  std::string path_;
   Replacement file_;
 };
 

@@ -26,7 +26,7 @@ using File_Mark = std::string;
 class New_File {
  public:
   virtual ~New_File() = default;
-  /// Adds bytes at the end. A failure is remembered and told by `Commit`.
+  /// Adds bytes at the end, without a buffer. A failure is remembered and told by `Commit`.
   virtual void Put(std::string_view bytes) = 0;
   /// Flushes the bytes to the disk and puts the file in its place, whole or not at all. Refuses,
   /// with `changed` set, if `expected` is given and the file in that place is another one now.

@@ -72,6 +72,12 @@ File_Result Write_File(const fs::path& path, std::string_view bytes,
   return {};
 }
 
+bool Keep_Aside(const fs::path& path) {
+  fs::path aside = path;
+  aside += ".bak";
+  return Srv_Fil_Ctl(path, aside);
+}
+
 bool Srv_Chk_Fdr(const fs::path& path) {
   std::error_code error;
   return !path.empty() && fs::is_directory(path, error);

@@ -41,6 +41,10 @@ struct Read_Result : File_Result {
 [[nodiscard]] File_Result Write_File(const std::filesystem::path& path, std::string_view bytes,
                                      const std::optional<std::string>& expected = std::nullopt);
 
+/// Copies a file that cannot be used, and will be written anew, beside itself as NAME.bak, so that
+/// nothing of the user's is lost. False if that failed.
+bool Keep_Aside(const std::filesystem::path& path);
+
 /// The folder exists; an empty path gives false.
 [[nodiscard]] bool Srv_Chk_Fdr(const std::filesystem::path& path);
 /// Copies a file's bytes, atomically; false on any failure.

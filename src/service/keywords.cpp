@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "service/keywords.h"
 
-#include <system_error>
-
 #include "service/codec.h"
 #include "service/files.h"
 #include "service/text.h"
@@ -32,10 +30,6 @@ bool Keywords::Has_No_Case(std::string_view word) const {
 bool Lod_KWd(Keywords& keywords, const std::filesystem::path& data_folder) {
   if (data_folder.empty()) return false;
   const std::filesystem::path path = data_folder / "DA-KWd.txt";
-  std::error_code error;
-  if (!std::filesystem::exists(path, error) && !Write_File(path, Keywords::Template()).Ok()) {
-    return false;
-  }
   const Read_Result file = Read_File(path);
   const auto page = Code_Page::Open(932);
   if (!file.Ok() || page == nullptr) return false;

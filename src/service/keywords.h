@@ -31,8 +31,8 @@ class Keywords {
   std::unordered_set<std::string, Text_Hash, std::equal_to<>> folded_;
 };
 
-/// Takes the words of "DA-KWd.txt" in the data folder; the file is made from the template when it is
-/// missing. False, and the words held so far stay, if it can be neither read nor made.
+/// Takes the words of "DA-KWd.txt" in the data folder. False, and the words held so far stay, if it
+/// cannot be read.
 [[nodiscard]] bool Lod_KWd(Keywords& keywords, const std::filesystem::path& data_folder);
 
 }  // namespace oru::service

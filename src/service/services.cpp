@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "service/services.h"
 
+#ifndef _WIN32
+#include <sys/utsname.h>
+#endif
+
 #include <cstdlib>
 #include <system_error>
 #include <utility>
@@ -17,6 +21,19 @@ std::string System_Folder() {
 }
 
 }  // namespace
+
+std::string Os_Version() {
+#ifdef _WIN32
+  return {};  // the registry tells the add-in
+#else
+  utsname system{};
+  if (::uname(&system) != 0) return {};
+  const std::string release = system.release;
+  const std::size_t dot = release.find('.');
+  const std::size_t end = release.find_first_not_of("0123456789", dot + 1);
+  return dot == std::string::npos ? release : release.substr(0, end);
+#endif
+}
 
 Services::Services(User_Interface& ui, const Clock& clock, std::filesystem::path data_folder)
     : Ui(ui), Clk(clock), Data_Folder(std::move(data_folder)) {

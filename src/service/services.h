@@ -23,6 +23,8 @@ struct Switches {
   bool Trace = false;       ///< "TRCMARKR": the trace log is written
 };
 
+/// Version of the operating system as "major.minor", empty if it is not known.
+[[nodiscard]] std::string Os_Version();
 /// Looks for the three marker files; an empty folder has none.
 [[nodiscard]] Switches Chk_Switches(const std::filesystem::path& program_folder);
 

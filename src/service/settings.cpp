@@ -157,9 +157,17 @@ bool Settings::Set_Text(std::string_view name, std::string_view value) {
 
 bool Lod_SysInf(Settings& settings, const std::filesystem::path& data_folder) {
   settings.Int_SysInf();
+  settings.Set_File_Bytes({});
   if (data_folder.empty()) return false;
-  const Read_Result file = Read_File(data_folder / kFile_Name, kSettings_Size);
+  const std::filesystem::path path = data_folder / kFile_Name;
+  const Read_Result file = Read_File(path, kSettings_Size);
   const bool read = file.Ok() && settings.Set_Bytes(file.bytes);
+  std::error_code error;
+  if (read) {
+    settings.Set_File_Bytes(file.bytes);
+  } else if (std::filesystem::is_regular_file(path, error)) {
+    (void)Keep_Aside(path);
+  }
   Set_Blank_Path(settings, "TplPth", data_folder / u8"標準書式.doc");
   Set_Blank_Path(settings, "OutPth", data_folder);
   return read;
@@ -170,7 +178,7 @@ bool Chk_SysVer(const Settings& settings) {
   return settings.Number(kVersion) >= Number_Field(kVersion).number;
 }
 
-std::string Upd_SysInf(const Settings& settings, const std::filesystem::path& data_folder,
+std::string Upd_SysInf(Settings& settings, const std::filesystem::path& data_folder,
                        std::string_view prj_nam) {
   if (data_folder.empty()) return {};
   // A name that is no single file name must not reach out of the folder.
@@ -179,7 +187,21 @@ std::string Upd_SysInf(const Settings& settings, const std::filesystem::path& da
     std::error_code ignored;
     std::filesystem::remove(data_folder / std::u8string(name.begin(), name.end()), ignored);
   }
-  return Write_File(data_folder / kFile_Name, settings.Bytes()).error;
+  const std::filesystem::path path = data_folder / kFile_Name;
+  const std::string old = settings.File_Bytes();
+  const Read_Result now = Read_File(path, kSettings_Size);
+  const bool usable = now.Ok() && now.bytes.size() == kSettings_Size;
+  if (usable && old.size() == kSettings_Size && now.bytes != old) {
+    std::string merged = settings.Bytes();
+    for (std::size_t i = 0; i < kSettings_Size; ++i)
+      if (merged[i] == old[i]) merged[i] = now.bytes[i];
+    (void)settings.Set_Bytes(merged);
+  }
+  if (usable && now.bytes == settings.Bytes()) return {};
+  const File_Result written = Write_File(
+      path, settings.Bytes(), usable ? std::optional<std::string>(now.bytes) : std::nullopt);
+  if (written.Ok()) settings.Set_File_Bytes(settings.Bytes());
+  return written.error;
 }
 
 }  // namespace oru::service

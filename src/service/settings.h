@@ -10,6 +10,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "service/codec.h"
 
@@ -52,6 +53,10 @@ class Settings {
   /// Takes a record's bytes; false, and nothing changed, for any other size.
   [[nodiscard]] bool Set_Bytes(std::string_view bytes);
 
+  /// The record as the file held it when it was last read or written; empty if it held none.
+  [[nodiscard]] const std::string& File_Bytes() const { return file_bytes_; }
+  void Set_File_Bytes(std::string bytes) { file_bytes_ = std::move(bytes); }
+
   /// Values by field name; a name that the table does not hold with such a type is a fault of the
   /// program (`std::logic_error`).
   [[nodiscard]] std::int32_t Number(std::string_view name) const;
@@ -68,19 +73,19 @@ class Settings {
 
  private:
   std::shared_ptr<const Code_Page> page_;
-  std::string bytes_;
+  std::string bytes_, file_bytes_;
 };
 
 /// Reads the record from the data folder; defaults, and false, if it is missing, unreadable, or of
-/// another size. Blank template and output paths become paths in `data_folder`.
+/// another size. A file that is there and cannot be used is kept as "DA-Sys.VMO.bak". Blank template and output paths become paths in `data_folder`.
 [[nodiscard]] bool Lod_SysInf(Settings& settings, const std::filesystem::path& data_folder);
 /// False if the record was written by an older version of the program (`RecVer`): the caller puts
 /// the defaults in its place and tells the user.
 [[nodiscard]] bool Chk_SysVer(const Settings& settings);
-/// Writes the record in full, atomically, and removes a left-over ".RIF" file of `prj_nam` (unless
-/// empty). An empty text, or what went wrong.
-[[nodiscard]] std::string Upd_SysInf(const Settings& settings,
-                                     const std::filesystem::path& data_folder,
+/// Writes the record in full, atomically, if it differs from the file, and removes a left-over
+/// ".RIF" file of `prj_nam` (unless empty). What another program changed in the file meanwhile is
+/// taken over where this one changed nothing. An empty text, or what went wrong.
+[[nodiscard]] std::string Upd_SysInf(Settings& settings, const std::filesystem::path& data_folder,
                                      std::string_view prj_nam);
 
 }  // namespace oru::service

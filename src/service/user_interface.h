@@ -50,6 +50,8 @@ class User_Interface {
   virtual void Do_Events() {}
   /// Closes all of the system's windows.
   virtual void All_Unl_Prc() {}
+  /// Stops the help that is on display (`Ctl_Hlp_Prc`).
+  virtual void Ctl_Hlp_Prc() {}
   /// Stops (false) or restarts (true) the mouse hook.
   virtual void Set_Mouse_Hook(bool /*on*/) {}
   /// Suspends (false) or resumes (true) the system's timers.

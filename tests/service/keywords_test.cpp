@@ -93,11 +93,11 @@ TEST(Keywords, TemplateHasNoWordTwice) {
   EXPECT_EQ(Keywords().Count(), lines);
 }
 
-TEST(Keywords, MissingFileIsMadeFromTheTemplate) {
+TEST(Keywords, MissingFileLeavesTheWordsOfTheProgram) {
   test::Temp_Folder folder;
   Keywords words;
-  ASSERT_TRUE(Lod_KWd(words, folder.Path()));
-  EXPECT_EQ(folder.Get("DA-KWd.txt"), Keywords::Template());
+  EXPECT_FALSE(Lod_KWd(words, folder.Path()));
+  EXPECT_FALSE(folder.Has("DA-KWd.txt"));
   EXPECT_EQ(words.Count(), Keywords().Count());
 }
 

@@ -247,11 +247,12 @@ TEST(Settings, PathThatDoesNotFitStaysBlank) {
 
 TEST(Settings, WritingRemovesALeftOverWorkFileAndNoOther) {
   test::Temp_Folder folder;
+  Settings fresh;
   folder.Put("data/Sales.RIF", "x");
   folder.Put("data/Other.RIF", "x");
   folder.Put("Up.RIF", "x");
-  EXPECT_EQ(Upd_SysInf(Settings(), folder / "data", "Sales"), "");
-  EXPECT_EQ(Upd_SysInf(Settings(), folder / "data", "../Up"), "");
+  EXPECT_EQ(Upd_SysInf(fresh, folder / "data", "Sales"), "");
+  EXPECT_EQ(Upd_SysInf(fresh, folder / "data", "../Up"), "");
   EXPECT_FALSE(folder.Has("data/Sales.RIF"));
   EXPECT_TRUE(folder.Has("data/Other.RIF"));
   EXPECT_TRUE(folder.Has("Up.RIF"));
@@ -259,8 +260,9 @@ TEST(Settings, WritingRemovesALeftOverWorkFileAndNoOther) {
 
 TEST(Settings, WritingTellsWhatWentWrong) {
   test::Temp_Folder folder;
-  EXPECT_NE(Upd_SysInf(Settings(), folder / "none", ""), "");
-  EXPECT_EQ(Upd_SysInf(Settings(), {}, ""), "");
+  Settings fresh;
+  EXPECT_NE(Upd_SysInf(fresh, folder / "none", ""), "");
+  EXPECT_EQ(Upd_SysInf(fresh, {}, ""), "");
 }
 
 }  // namespace

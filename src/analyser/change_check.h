@@ -11,9 +11,9 @@ namespace oru::analyser {
 /// Fills `Anl_Mdl` and sets `Prj_Chg` and `Del_Chg`; true if there is a module to read.
 [[nodiscard]] bool Chk_Pgm_Inf(Anl_Ctx& ctx, Anl_Progress& progress);
 
-/// True if the module's present code differs from what its entry was made from: the compared text,
-/// or (for an empty line added or removed, which that text cannot show) the first line or line
-/// count of a member. Blank lines at the module's end do not count.
+/// True if the module's present code differs from what its entry was made from: in the compared text
+/// or, for blank lines, which that text cannot show, in the lengths of the lines. Blank lines at the
+/// module's end do not count.
 [[nodiscard]] bool Chk_Mdl_Chg(const Mdl_Entry& entry, const host::CodeModule& module);
 
 }  // namespace oru::analyser

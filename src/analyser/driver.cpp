@@ -6,6 +6,7 @@
 #include <exception>
 
 #include "analyser/change_check.h"
+#include "analyser/change_history.h"
 #include "analyser/module_pass.h"
 #include "analyser/progress.h"
 #include "analyser/references.h"
@@ -232,9 +233,11 @@ void Run_Passes(Anl_Ctx& ctx, Anl_Progress& progress, std::int64_t start) {
                }};
   Log_Step(ctx, "オートシェープ､フォームコントロールのマクロ定義取得", {}, since);
 
+  const bool whole_project = ctx.Tbl.Mdl_Tbl.Empty();
   if (!ctx.Tbl.Anl_Mdl.Empty() && !sta.Anl_Cnl) {
     Get_Mdl_Man(ctx, pass, progress);
     if (!sta.Anl_Cnl) Run_References(ctx, pass, progress);
+    if (!sta.Anl_Cnl && whole_project) Del_Old_Upd(ctx.Lst, ctx.Tbl);
   }
   sta.Tot_Lin = pass.Tot_Lin;
   sta.Cod_Lin = pass.Cod_Lin;
@@ -310,6 +313,8 @@ void Int_Anl_Res(Anl_Ctx& ctx, bool make_new) {
   // emptied by their owner.
   ctx.Tbl = Tables();
   if (!make_new) return;
+  // What was edited outside is found again: the old file is worth more than an empty one.
+  if (ctx.Out_Edt) ctx.Sta.Anl_Chg = false;
   ctx.Sta.Edt_Chg = false;
   ctx.Sta.Fst_Anl = true;
   ctx.Sta.Anl_Dat = service::Stamp(ctx.Srv.Clk.Now());

@@ -52,7 +52,13 @@ struct Anl_State {
   std::string HFl_Nam;
   std::vector<Anl_Problem> Problems;  ///< what this run could not read, for the user
   std::string Lod_Dat;                ///< load baseline: edits from this moment on are new
+  std::string Prj_FP;                 ///< path of the project's file; empty: never saved
   bool Fil_Bad = false;               ///< the analysis file was found unusable at the last load
+  std::string Fil_Why;                ///< why the analysis file was not taken
+  service::File_Mark Fil_Mrk;         ///< the analysis file as it was last read or written
+  std::string Com_AFl;                ///< the team's folder; "NF" none, empty not asked yet
+  std::int64_t Lod_Tim = -1;          ///< milliseconds of the last load that gave tables; -1 none
+  std::int64_t Sav_Tim = -1;          ///< milliseconds of the last save; -1 none
   std::string Edt_Mdl, Edt_Mem;       ///< where the last edit was recorded,
   int Edt_Lin = 0;                    ///< and its line in the member
 };

@@ -357,7 +357,6 @@ void Get_Mdl_Lop(Mdl_Ctx& ctx, host::VBComponent& component) {
     Mdl_Code text = Get_Mdl_Cod(*code);
     entry->CCd = std::move(text.CCd);
     entry->Lin_Hash = text.Lin_Hash;
-    entry->End_Blk = text.End_Blk;
   }
   entry->RCd = ctx.RCd_Buffer;
   ctx.Tbl.Mdl_Tbl.Add(row.Mdl_Nam, std::move(entry));
@@ -377,12 +376,7 @@ Mdl_Code Get_Mdl_Cod(const host::CodeModule& module) {
     if (end == std::string::npos) end = text.size();
     const std::string_view line = std::string_view(text).substr(from, end - from);
     hash = (hash ^ line.size()) * kPrime;
-    if (service::Trim(line).empty()) {
-      ++code.End_Blk;
-    } else {
-      code.End_Blk = 0;
-      code.Lin_Hash = hash;
-    }
+    if (!service::Trim(line).empty()) code.Lin_Hash = hash;
     if (to != from) std::char_traits<char>::move(&text[to], &text[from], end - from);
     to += end - from;
     from = end + 2;

@@ -43,7 +43,6 @@ void Get_Mdl_Lop(Mdl_Ctx& ctx, host::VBComponent& component);
 struct Mdl_Code {
   std::string CCd;             ///< all lines without line ends, trimmed
   std::uint64_t Lin_Hash = 0;  ///< of the lengths of all lines but the blank ones at the end
-  int End_Blk = 0;             ///< blank lines at the end
 };
 /// Reads the module's present code.
 [[nodiscard]] Mdl_Code Get_Mdl_Cod(const host::CodeModule& module);

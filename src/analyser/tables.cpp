@@ -93,7 +93,11 @@ unsigned Ref_Marks::Get(std::string_view key) const {
 
 std::string Ref_Marks::Text(std::size_t position) const {
   const auto& [key, flags] = *order_[position];
-  return key + ((flags & kRefers) != 0 ? '1' : '-') + ((flags & kReferred) != 0 ? '1' : '-');
+  return key + Flag_Text(flags);
+}
+
+std::string Ref_Marks::Flag_Text(unsigned flags) {
+  return {(flags & kRefers) != 0 ? '1' : '-', (flags & kReferred) != 0 ? '1' : '-'};
 }
 
 std::string_view Set_Ref_Mrk(const Tables& tables, std::string_view module,

@@ -133,9 +133,8 @@ struct Mdl_Entry {
   };
   std::vector<Argument> Arg;
   std::string CCd;  ///< compared code
-  // What `CCd` cannot show of the lines that were read; not part of the analysis file.
-  std::uint64_t Lin_Hash = 0;  ///< of their lengths, the blank ones at the end left out; 0 unknown
-  int End_Blk = -1;            ///< blank lines at the end; -1 unknown
+  /// What `CCd` cannot show of the lines: a hash of their lengths, without the blank ones at the end.
+  std::uint64_t Lin_Hash = 0;
 };
 
 /// The reference marks (`RIf_Dic`): for each `Module.Member` that has one, whether it refers to
@@ -155,6 +154,8 @@ class Ref_Marks {
   [[nodiscard]] std::size_t Count() const { return order_.size(); }
   /// The text of the entry at a position, from 0.
   [[nodiscard]] std::string Text(std::size_t position) const;
+  /// The two flags as an entry's text ends with them.
+  [[nodiscard]] static std::string Flag_Text(unsigned flags);
 
  private:
   service::Text_Map<unsigned> flags_;

@@ -24,6 +24,13 @@ CodeModule* Find_Code(VBE& vbe, std::string_view module) {
 
 }  // namespace
 
+Host_Name Split_Member(std::string_view member) {
+  for (const Kind_Suffix& suffix : kSuffixes)
+    if (member.ends_with(suffix.text))
+      return {member.substr(0, member.size() - suffix.text.size()), suffix.kind};
+  return {member, ProcKind::Proc};
+}
+
 std::optional<Member_Place> Get_CMm_Inf(VBE& vbe, std::string_view module,
                                         std::string_view member) {
   const CodeModule* code = Find_Code(vbe, module);
@@ -34,12 +41,8 @@ std::optional<Member_Place> Get_CMm_Inf(VBE& vbe, std::string_view module,
     place.Cnt = code->CountOfDeclarationLines();
     return place;
   }
-  std::string_view name = member;
-  for (const Kind_Suffix& suffix : kSuffixes) {
-    if (!member.ends_with(suffix.text)) continue;
-    name.remove_suffix(suffix.text.size());
-    place.Prc_Knd = suffix.kind;
-  }
+  const auto [name, kind] = Split_Member(member);
+  place.Prc_Knd = kind;
   try {
     place.Bdy = code->ProcBodyLine(name, place.Prc_Knd);
     place.Top = code->ProcStartLine(name, place.Prc_Knd);

@@ -12,6 +12,13 @@
 
 namespace oru::host {
 
+/// A member's name as the host knows it: without the suffix of a property's kind.
+struct Host_Name {
+  std::string_view Prc_Nam;
+  ProcKind Prc_Knd = ProcKind::Proc;
+};
+[[nodiscard]] Host_Name Split_Member(std::string_view member);
+
 /// The three line numbers of a member found by its name (`Get_CMm_Inf`); nothing if the active
 /// project has no such module, or the module no such procedure. `Declare` statements are no
 /// procedures.

@@ -9,6 +9,13 @@ function(oru_folder name)
   target_link_libraries(oru_${name} PUBLIC ${ARG_DEPENDS})
 endfunction()
 
+# The template files lie beside each program that starts a session.
+file(GLOB ORU_TEMPLATES CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/share/*)
+function(oru_templates program)
+  add_custom_command(TARGET ${program} POST_BUILD
+    COMMAND ${CMAKE_COMMAND} -E copy_if_different ${ORU_TEMPLATES} $<TARGET_FILE_DIR:${program}>)
+endfunction()
+
 # One test program per folder of tests/, mirroring src/.
 function(oru_test name)
   cmake_parse_arguments(ARG "" "" "DEPENDS" ${ARGN})

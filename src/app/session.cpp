@@ -1,59 +1,178 @@
 // SPDX-License-Identifier: MIT
 #include "app/session.h"
 
-#include <cstdlib>
+#include <system_error>
 #include <utility>
 
+#include "analyser/analysis_file.h"
+#include "analyser/change_history.h"
 #include "host/derived.h"
-#include "service/files.h"
+#include "lifecycle/window_commands.h"
+#include "service/data_folder.h"
 
 namespace oru::app {
 
 namespace fs = std::filesystem;
 
-Session::Session(service::User_Interface& ui, const service::Clock& clock,
-                 const Session_Options& options)
-    : Srv(ui, clock, options.Data_Folder), options_(options) {
-  Srv.Sw = service::Chk_Switches(options.Program_Folder);
-  if (options.Data_Folder.empty()) return;
-  // A missing or unusable record leaves the defaults; so does a missing list of words.
-  (void)service::Lod_SysInf(Srv.Opt, options.Data_Folder);
-  (void)service::Lod_KWd(Srv.KWd, options.Data_Folder);
+namespace {
+
+constexpr int kOldest_Ide = 5, kNewest_Ide = 7;
+
+fs::path Find_Help(const fs::path& program_folder) {
+  std::error_code error;
+  const fs::path beside = program_folder / "Oru-Help.chm";
+  const fs::path build = program_folder.parent_path() / "Build" / "Oru-Help.chm";
+  return !fs::exists(beside, error) && fs::exists(build, error) ? build : beside;
 }
 
-std::string Session::Open(const fs::path& project) {
-  provider::Exported_Project read =
-      provider::Read_Project(project, {.code_page = options_.Code_Page});
-  if (!read.Ok()) return read.error;
-  Project_Path = service::Path_Text(project);
-  Problems = std::move(read.problems);
-  Files = std::move(read.files);
-  host::Memory_Project& opened = VBInst.Add_Project(read.name, read.host_file);
-  for (host::Component_Data& component : read.components)
-    opened.Add_Component(std::move(component));
-  return {};
+}  // namespace
+
+Session::Session(service::User_Interface& ui, const service::Clock& clock, Session_Options options)
+    : Srv(ui, clock, options.Data_Folder), options_(std::move(options)) {}
+
+Session::~Session() {
+  AddinInstance_OnDisconnection();
 }
 
-std::string Session::File_Of(std::string_view module) const {
-  for (const provider::Module_File& file : Files)
-    if (file.name == module) return file.relative;
-  return {};
+bool Session::AddinInstance_OnConnection(host::VBE& vbe, host::HostApp* app) {
+  HostApp = app;
+  bool started = false;
+  (void)service::Run_Evt(Srv, "Connect", "AddinInstance_OnConnection",
+                         [&] { started = Start(vbe); });
+  if (started) return true;
+  menus_.reset();
+  commands_.reset();
+  VBInst = nullptr;
+  HostApp = nullptr;
+  return false;
+}
+
+bool Session::Start(host::VBE& vbe) {
+  VBInst = &vbe;
+  Srv.Sw = service::Chk_Switches(options_.Program_Folder);
+  Srv.Product.Os_Version = service::Os_Version();
+  Srv.Product.Ide_Version = options_.Ide_Version;
+  if (options_.Ide_Version < kOldest_Ide || options_.Ide_Version > kNewest_Ide) {
+    (void)service::Srv_Dsp_Msg(Srv, "ＩＤＥのバージョンが対象外です。    ", service::Buttons::Ok, 1,
+                               service::Icon::Warning);
+    return false;
+  }
+  if (!service::Chk_Ctl_Fdr(Srv, service::Template_Folder(options_.Program_Folder))) return false;
+  const bool has_settings = service::Lod_SysInf(Srv.Opt, Srv.Data_Folder);
+  service::Lod_State(Srv, Scr);
+  if (has_settings && !service::Chk_SysVer(Srv.Opt)) {
+    (void)service::Keep_Aside(Srv.Data_Folder / "DA-Sys.VMO");
+    Srv.Opt.Int_SysInf();
+    (void)service::Srv_Dsp_Msg(
+        Srv,
+        "プログラムのバージョンにあわせシステム情報を初期化しました。    |（すべてのオプション項目が規定値となっています）",
+        service::Buttons::Ok, 1, service::Icon::Information);
+  }
+  // Without the file the words that are compiled in stay.
+  (void)service::Lod_KWd(Srv.KWd, Srv.Data_Folder);
+  LstSep = Srv.Opt.Number("LstSep") == 1 ? ',' : '\t';
+  Help_File = Find_Help(options_.Program_Folder);
+  Lst = {};
+  Sta = {};
+  Srv.Prj_Nam.clear();
+  commands_ = std::make_unique<lifecycle::Commands>(Command_Context());
+  menus_ = std::make_unique<lifecycle::Menus>(
+      vbe, Srv, [this](std::string_view handler) { (void)commands_->Exc_CBt_Evt(handler); });
+  if (!menus_->Add_Menu()) return false;
+  analyser::Anl_Ctx ctx = Anl();
+  analyser::Int_Anl_Res(ctx, true);
+  return true;
+}
+
+void Session::AddinInstance_OnBeginShutdown() {
+  if (!Connected()) return;
+  (void)service::Run_Evt(Srv, "Connect", "AddinInstance_OnBeginShutdown", [&] {
+    if (host::Chk_Des_Mod(*VBInst)) lifecycle::Cls_All_Win(*VBInst);
+    Srv.Ui.Ctl_Hlp_Prc();
+  });
+}
+
+void Session::AddinInstance_OnDisconnection() {
+  if (!Connected()) return;
+  // Each step by itself: what fails is told and does not take the others with it.
+  const auto step = [&](const std::function<void()>& run) {
+    (void)service::Run_Evt(Srv, "Connect", "AddinInstance_OnDisconnection", run);
+  };
+  step([&] { Srv.Ui.Set_Mouse_Hook(false); });
+  step([&] { Srv.Ui.All_Unl_Prc(); });
+  step([&] { Srv.Ui.Ctl_Hlp_Prc(); });
+  step([&] {
+    const std::string error = service::Upd_SysInf(Srv.Opt, Srv.Data_Folder, Srv.Prj_Nam);
+    if (!error.empty())
+      (void)service::Srv_Dsp_Msg(Srv, error, service::Buttons::Ok, 1, service::Icon::Warning);
+  });
+  step([&] { service::Upd_State(Srv, Scr); });
+  step([&] {
+    analyser::Anl_Ctx ctx = Anl();
+    (void)analyser::Sav_UpdInf(ctx);
+  });
+  step([&] {
+    // NOLINTNEXTLINE(bugprone-unused-return-value): nobody gives them back, on purpose
+    if (options_.Process_Ends) (void)std::make_unique<analyser::Tables>(std::move(Tbl)).release();
+    analyser::Anl_Ctx ctx = Anl();
+    analyser::Int_Anl_Res(ctx, false);
+  });
+  menus_.reset();
+  commands_.reset();
+  VBInst = nullptr;
+  HostApp = nullptr;
 }
 
 bool Session::Analyse() {
-  if (host::Chk_Protect(VBInst, Srv, true)) return false;
-  analyser::Anl_Ctx ctx{Srv, VBInst, nullptr, Tbl, Sta, Lst};
-  const bool ran = service::Run_Evt(Srv, "Mod_Anl", "Get_Pgm_Inf",
-                                    [&] { (void)analyser::Get_Pgm_Inf(ctx, true); });
+  if (!Connected() || host::Chk_Protect(*VBInst, Srv, true)) return false;
+  const bool ran = service::Run_Evt(Srv, "Mod_Anl", "Get_Pgm_Inf", [&] {
+    analyser::Anl_Ctx ctx = Anl();
+    (void)analyser::Get_Pgm_Inf(ctx, true);
+  });
   return ran && !Tbl.Mdl_Tbl.Empty();
 }
 
-fs::path Default_Data_Folder() {
-  if (const char* data = std::getenv("XDG_DATA_HOME"); data != nullptr && *data == '/')
-    return fs::path(data) / "oru";
-  if (const char* home = std::getenv("HOME"); home != nullptr && *home == '/')
-    return fs::path(home) / ".local" / "share" / "oru";
-  return {};
+bool Session::Run(std::string_view handler) {
+  return commands_ != nullptr && commands_->Exc_CBt_Evt(handler);
+}
+
+std::vector<lifecycle::Command_Info> Session::List_Commands() const {
+  return commands_ == nullptr ? std::vector<lifecycle::Command_Info>()
+                              : lifecycle::List_Commands(commands_->Ctx());
+}
+
+analyser::Anl_Ctx Session::Anl() {
+  return {Srv,    *VBInst, HostApp, Tbl, Sta, Lst, options_.Use_Analysis_File ? &Disk : nullptr,
+          Out_Edt};
+}
+
+views::View_Ctx Session::View() {
+  return {Srv, *VBInst, Tbl,
+          [this](std::string_view key) { return analyser::Prc_Upd_Inf(Lst, key); }, Sta.Lod_Dat};
+}
+
+lifecycle::Command_Ctx Session::Command_Context() {
+  lifecycle::Command_Ctx ctx{Srv, *VBInst, HostApp};
+  ctx.Set_Sif_Inf = [this] {
+    analyser::Anl_Ctx anl = Anl();
+    analyser::Set_Sif_Inf(anl);
+  };
+  ctx.Mov_Prc_His = [this](int kind) {
+    analyser::Anl_Ctx anl = Anl();
+    return analyser::Mov_Prc_His(anl, kind);
+  };
+  ctx.Clr_Upd_Inf = [this] {
+    Lst.Mdl_Upd.Clear();
+    Lst.Mem_Upd.Clear();
+    Lst.His.Clear();
+    Sta.Anl_Chg = true;
+  };
+  ctx.Get_Pgm_Inf = [this](bool from_empty) {
+    analyser::Anl_Ctx anl = Anl();
+    if (from_empty) analyser::Int_Anl_Res(anl, true);
+    (void)analyser::Get_Pgm_Inf(anl, true);
+  };
+  return ctx;
 }
 
 }  // namespace oru::app

@@ -1,54 +1,83 @@
 // SPDX-License-Identifier: MIT
-// One session owns everything between opening a project and closing it: the editor, the services
-// with their settings and logs, the tables, and the state of the analysis driver. Front ends hold a
-// session and hand its parts down; nothing below this folder knows it.
+// One session owns everything between connection and disconnection: the editor handle, the services
+// with their settings and logs, the tables and the lists that travel with them, the state of the
+// driver, and the menus. A terminal, a test, a local server and an add-in all start and stop it in
+// the same way. Front ends hold a session and hand its parts down; nothing below this folder knows
+// it.
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "analyser/driver.h"
-#include "host/memory_editor.h"
-#include "provider/exported_folder.h"
+#include "lifecycle/commands.h"
+#include "lifecycle/menus.h"
 #include "service/services.h"
+#include "service/state.h"
+#include "views/context.h"
 
 namespace oru::app {
 
 struct Session_Options {
-  std::filesystem::path Data_Folder;     ///< settings, reserved words and reports; may be empty
-  std::filesystem::path Program_Folder;  ///< where the marker files of the switches are looked for
-  int Code_Page = 932;                   ///< of files that do not tell their encoding
+  std::filesystem::path Data_Folder;     ///< settings, state, word lists, reports
+  std::filesystem::path Program_Folder;  ///< marker files of the switches; templates
+  int Ide_Version = 6;                   ///< of the editor; 5 to 7 are supported
+  bool Use_Analysis_File = true;         ///< false: none is read or written
+  bool Process_Ends = false;  ///< behind the disconnection: then tables are not given back row by
+                              ///< row, which would take a noticeable part of a short run
 };
 
 class Session {
  public:
-  /// Sets the switches by their marker files, and reads settings and reserved words from the data
-  /// folder where they are there.
-  Session(service::User_Interface& ui, const service::Clock& clock, const Session_Options& options);
+  Session(service::User_Interface& ui, const service::Clock& clock, Session_Options options);
+  ~Session();
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
 
-  /// Reads a project of exported files and makes it the active one. An empty text, or why it could
-  /// not be read; `Problems` then tells what could not be read of it.
-  [[nodiscard]] std::string Open(const std::filesystem::path& project);
-  /// The file of a module, relative to the project's folder; empty if there is none of that name.
-  [[nodiscard]] std::string File_Of(std::string_view module) const;
+  /// Starts: switches, data folder, settings, reserved words, menus, empty tables; analyses nothing.
+  /// False, with nothing left behind, if something that is needed is not there; the user was told.
+  [[nodiscard]] bool AddinInstance_OnConnection(host::VBE& vbe, host::HostApp* app);
+  /// The editor is about to close: closes the windows of code.
+  void AddinInstance_OnBeginShutdown();
+  /// Stops: hooks, windows, settings, state, analysis file, tables, menus, in this order. What
+  /// fails does not keep the rest from being done. Called by the destructor if need be.
+  void AddinInstance_OnDisconnection();
+  [[nodiscard]] bool Connected() const { return VBInst != nullptr; }
+
   /// Brings the tables up to date. False if the analysis was stopped or failed.
   [[nodiscard]] bool Analyse();
+  /// Runs a command of the menus by its handler's name.
+  [[nodiscard]] bool Run(std::string_view handler);
+
+  [[nodiscard]] analyser::Anl_Ctx Anl();
+  /// What a view works with, as of now.
+  [[nodiscard]] views::View_Ctx View();
+  /// The commands of the menus; none while not connected.
+  [[nodiscard]] std::vector<lifecycle::Command_Info> List_Commands() const;
 
   service::Services Srv;
-  host::Memory_Editor VBInst;
+  service::Disk_Store Disk;
+  host::VBE* VBInst = nullptr;  ///< null while not connected
+  host::HostApp* HostApp = nullptr;
   analyser::Tables Tbl;
   analyser::Anl_State Sta;
   analyser::Kept_Lists Lst;
-  std::vector<provider::Problem> Problems;
-  std::vector<provider::Module_File> Files;  ///< where each module came from
-  std::string Project_Path;                  ///< as the user gave it
+  service::State Scr;
+  analyser::Edit_Moment Out_Edt;  ///< for a project that is edited outside the editor
+  /// Help of the program: the file beside it, or in the neighbouring "Build" folder.
+  std::filesystem::path Help_File;
+  char LstSep = '\t';  ///< list separator
 
  private:
-  Session_Options options_;
-};
+  [[nodiscard]] bool Start(host::VBE& vbe);
+  [[nodiscard]] lifecycle::Command_Ctx Command_Context();
 
-/// The data folder where the user names none: the platform's place for application data.
-[[nodiscard]] std::filesystem::path Default_Data_Folder();
+  Session_Options options_;
+  std::unique_ptr<lifecycle::Commands> commands_;
+  std::unique_ptr<lifecycle::Menus> menus_;
+};
 
 }  // namespace oru::app

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "analyser/references.h"
+#include "app/file_project.h"
 #include "app/session.h"
 #include "sample/truth.h"
 #include "support/fakes.h"
@@ -17,8 +18,13 @@ namespace {
 
 class Sample : public testing::Test {
  protected:
-  Sample() : session(ui, clock, {}) {
-    EXPECT_EQ(session.Open(ORU_SOURCE_DIR "/samples/juchu"), "");
+  Sample()
+      : session(ui, clock,
+                {.Data_Folder = folder / "data",
+                 .Program_Folder = ORU_SOURCE_DIR "/share",
+                 .Use_Analysis_File = false}) {
+    EXPECT_EQ(project.Open(ORU_SOURCE_DIR "/samples/juchu", 932), "");
+    EXPECT_TRUE(session.AddinInstance_OnConnection(project.Editor, nullptr));
     EXPECT_TRUE(session.Analyse());
   }
   std::string Field(std::string_view module, std::string_view member, std::size_t index) {
@@ -29,6 +35,8 @@ class Sample : public testing::Test {
 
   test::Fake_User_Interface ui;
   test::Fixed_Clock clock;
+  test::Temp_Folder folder;
+  File_Project project;
   Session session;
 };
 
@@ -43,12 +51,13 @@ std::string Difference(const std::set<std::string>& got, const std::set<std::str
 }
 
 TEST_F(Sample, Modules) {
-  EXPECT_TRUE(session.Problems.empty());
+  EXPECT_TRUE(project.Problems.empty());
   ASSERT_EQ(session.Tbl.Mdl_Tbl.Count(), sample::modules.size());
   for (std::size_t i = 0; i < sample::modules.size(); ++i) {
     const sample::Module& want = sample::modules[i];
     EXPECT_EQ(session.Tbl.Mdl_Tbl.At(i + 1)->key, want.name);
-    host::VBComponent* component = session.VBInst.ActiveVBProject()->VBComponents().Item(want.name);
+    host::VBComponent* component =
+        session.VBInst->ActiveVBProject()->VBComponents().Item(want.name);
     ASSERT_NE(component, nullptr) << want.name;
     EXPECT_EQ(component->Type(), want.type) << want.name;
     EXPECT_EQ(component->CodeModule()->CountOfLines(), want.lines) << want.name;

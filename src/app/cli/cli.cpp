@@ -11,8 +11,9 @@
 
 #include "app/cli/commands.h"
 #include "app/cli/terminal.h"
+#include "app/file_project.h"
 #include "app/session.h"
-#include "service/files.h"
+#include "service/data_folder.h"
 
 namespace oru::app {
 
@@ -28,7 +29,11 @@ struct Common_Options {
   bool json = false;
   bool wide = false;
   bool quiet = false;
+  bool no_cache = false;
+  bool stats = false;
 };
+
+constexpr std::string_view kProduct = "OruExl";
 
 fs::path Program_Folder() {
   std::error_code error;
@@ -36,8 +41,24 @@ fs::path Program_Folder() {
   return error ? fs::path() : program.parent_path();
 }
 
-// Every command reads a project and chooses a form of output.
-void Add_Common(CLI::App& command, Common_Options& common, bool has_formats) {
+// Where a command keeps its data, and how much it says.
+void Add_Data(CLI::App& command, Common_Options& common) {
+  command
+      .add_option(
+          "--data", common.data,
+          "データフォルダ: 設定 DA-Sys.VMO、予約語 DA-KWd.txt、レポート (省略時 $XDG_DATA_HOME/Velmo/OruExl)。無いファイルは作られる")
+      ->type_name("DIR")
+      ->check(CLI::ExistingDirectory);
+  command.add_flag("-q,--quiet", common.quiet, "進捗と注意を表示しない");
+}
+
+void Add_Formats(CLI::App& command, Common_Options& common) {
+  auto* tsv = command.add_flag("--tsv", common.tsv, "タブ区切りで出力する (１行目は列名)");
+  command.add_flag("--json", common.json, "JSON (オブジェクトの配列) で出力する")->excludes(tsv);
+  command.add_flag("--wide", common.wide, "端末の幅に合わせて列を切り詰めない");
+}
+
+void Add_Project(CLI::App& command, Common_Options& common) {
   command
       .add_option(
           "PROJECT", common.project,
@@ -49,28 +70,52 @@ void Add_Common(CLI::App& command, Common_Options& common, bool has_formats) {
           "BOM が無く UTF-8 でもないファイルのコードページ (932, 1252, 1251, 936, 949, 950 など)")
       ->capture_default_str()
       ->type_name("N");
-  command
-      .add_option(
-          "--data", common.data,
-          "データフォルダ: 設定 DA-Sys.VMO、予約語 DA-KWd.txt、レポート (省略時 $XDG_DATA_HOME/oru)")
-      ->type_name("DIR")
-      ->check(CLI::ExistingDirectory);
-  command.add_flag("-q,--quiet", common.quiet, "進捗と注意を表示しない");
-  if (!has_formats) return;
-  auto* tsv = command.add_flag("--tsv", common.tsv, "タブ区切りで出力する (１行目は列名)");
-  command.add_flag("--json", common.json, "JSON (オブジェクトの配列) で出力する")->excludes(tsv);
-  command.add_flag("--wide", common.wide, "端末の幅に合わせて列を切り詰めない");
+  command.add_flag("--stats", common.stats,
+                   "読んだモジュールの数と、解析ファイルの読込・保存を標準エラーに表示する");
+}
+
+// What a command that asks a project for something understands.
+void Add_Common(CLI::App& command, Common_Options& common) {
+  Add_Project(command, common);
+  command.add_flag("--no-cache", common.no_cache,
+                   "解析ファイル (プロジェクト名.VMH) を読まず、保存もしない");
+  Add_Data(command, common);
+  Add_Formats(command, common);
 }
 
 // What could not be read: told, and not in the way of the rest.
-void Tell_Problems(const Session& session, std::ostream& err) {
-  for (const provider::Problem& problem : session.Problems)
+void Tell_Problems(const Session& session, const File_Project& project, std::ostream& err) {
+  for (const provider::Problem& problem : project.Problems)
     err << "oru: " << problem.message << '\n';
   for (const analyser::Anl_Problem& problem : session.Sta.Problems)
-    err << fmt::format("oru: 「{}」 {}\n", session.File_Of(problem.Module), problem.Text);
+    err << fmt::format("oru: 「{}」 {}\n", project.File_Of(problem.Module), problem.Text);
 }
 
-using Command = std::function<int(Session&, const Output&, double seconds)>;
+// What was read and what was taken from the analysis file.
+void Tell_Statistics(const Session& session, std::size_t modules, double seconds,
+                     std::ostream& err) {
+  const analyser::Anl_State& sta = session.Sta;
+  const auto taken = [](std::int64_t milliseconds, std::string_view none) {
+    return milliseconds < 0 ? std::string(none) : fmt::format("{} ミリ秒", milliseconds);
+  };
+  const std::string no_load = sta.Fil_Why.empty()
+                                  ? "なし"
+                                  : fmt::format("使えないため全モジュールを解析 ({})", sta.Fil_Why);
+  err << fmt::format("読んだモジュール    {} / {}\n", sta.Mdl_Cnt, modules)
+      << fmt::format("読んだ行            {} (コード・注釈 {})\n", sta.Tot_Lin, sta.Cod_Lin)
+      << fmt::format("読込・解析          {:.0f} ミリ秒 (解析 {} ミリ秒)\n", seconds * 1000,
+                     sta.Anl_Tim)
+      << fmt::format("解析ファイルの読込  {}\n", taken(sta.Lod_Tim, no_load))
+      << fmt::format("解析ファイルの保存  {}\n", taken(sta.Sav_Tim, "なし"));
+}
+
+// What a command needs before it can run.
+enum class Needs { Nothing, Analysis, Fresh_Analysis };
+
+struct Command {
+  Needs needs = Needs::Analysis;
+  std::function<int(const Work&, const Output&)> run;
+};
 
 int Run_Command(const Common_Options& common, const Command& command, std::ostream& out,
                 std::ostream& err, After after) {
@@ -78,15 +123,25 @@ int Run_Command(const Common_Options& common, const Command& command, std::ostre
   const bool interactive = errors_on_terminal && isatty(STDIN_FILENO) != 0;
   Terminal terminal(err, interactive, errors_on_terminal && !common.quiet);
   const service::System_Clock clock;
-  auto owned = std::make_unique<Session>(
-      terminal, clock,
-      Session_Options{
-          .Data_Folder = common.data.empty() ? Default_Data_Folder() : fs::path(common.data),
-          .Program_Folder = Program_Folder(),
-          .Code_Page = common.code_page});
-  Session& session = *owned;
+  const std::int64_t start = clock.Milliseconds();
+
+  auto project = std::make_unique<File_Project>();
+  if (command.needs != Needs::Nothing) {
+    if (const std::string error = project->Open(common.project, common.code_page); !error.empty()) {
+      err << "oru: " << error << '\n';
+      return kExit_Project;
+    }
+  }
+  Session session(terminal, clock,
+                  {.Data_Folder = common.data.empty() ? service::Default_Data_Folder(kProduct)
+                                                      : fs::path(common.data),
+                   .Program_Folder = Program_Folder(),
+                   .Use_Analysis_File = !common.no_cache && command.needs == Needs::Analysis,
+                   .Process_Ends = after == After::Process_Ends});
+  if (!session.AddinInstance_OnConnection(project->Editor, nullptr)) return kExit_Stopped;
+  session.Out_Edt = [&](std::string_view module) { return project->Edited_At(module); };
   terminal.On_Interrupt = [&] {
-    analyser::Anl_Ctx ctx{session.Srv, session.VBInst, nullptr, session.Tbl, session.Sta, session.Lst};
+    analyser::Anl_Ctx ctx = session.Anl();
     if (terminal.Interactive()) {
       analyser::Req_Anl_Cnl(ctx);
     } else {
@@ -94,30 +149,32 @@ int Run_Command(const Common_Options& common, const Command& command, std::ostre
     }
   };
 
-  const std::int64_t start = clock.Milliseconds();
-  if (const std::string error = session.Open(common.project); !error.empty()) {
-    err << "oru: " << error << '\n';
-    return kExit_Project;
-  }
-  Terminal::Watch_Interrupt(true);
-  const bool analysed = session.Analyse();
-  Terminal::Watch_Interrupt(false);
-  if (!common.quiet) Tell_Problems(session, err);
-  if (!analysed) {
-    err << "oru: 解析を中止しました。取得した情報は破棄しました。\n";
-    return kExit_Stopped;
+  if (command.needs != Needs::Nothing) {
+    Terminal::Watch_Interrupt(true);
+    const bool analysed = session.Analyse();
+    Terminal::Watch_Interrupt(false);
+    if (!common.quiet) Tell_Problems(session, *project, err);
+    if (!analysed) {
+      err << "oru: 解析を中止しました。取得した情報は破棄しました。\n";
+      return kExit_Stopped;
+    }
   }
   const double seconds = static_cast<double>(clock.Milliseconds() - start) / 1000;
   const Format format = common.json ? Format::Json : common.tsv ? Format::Tsv : Format::Columns;
   const bool to_terminal = &out == &std::cout && !common.wide;
-  const int code = command(
-      session, {out, err, format, to_terminal ? Terminal_Columns(STDOUT_FILENO) : 0}, seconds);
+  const int code =
+      command.run({session, *project, seconds},
+                  {out, err, format, to_terminal ? Terminal_Columns(STDOUT_FILENO) : 0});
   out.flush();
-  if (!out) {
+  const bool printed = static_cast<bool>(out);
+  const std::size_t modules = session.Tbl.Mdl_Tbl.Count();
+  session.AddinInstance_OnDisconnection();
+  if (common.stats) Tell_Statistics(session, modules, seconds, err);
+  if (!printed) {
     err << "oru: 結果を出力できませんでした。出力先の空き容量を確認してください。\n";
     return kExit_Output;
   }
-  if (after == After::Process_Ends) (void)owned.release();
+  if (after == After::Process_Ends) (void)project.release();
   return code;
 }
 
@@ -129,10 +186,12 @@ constexpr const char* kFooter =
     "                                               参照を確認できない Sub・Function\n"
     "  oru refs 受注管理/ modZaiko.Get_Zaiko        呼出元と呼出先\n"
     "  oru unused 受注管理/                         どこからも参照されていないもの\n"
+    "  oru history 受注管理/                        前回の解析からの変更 (★) とそれ以前の変更 (☆)\n"
     "\n"
     "終了コード: 0 正常  1 指定した名前が無い  2 使い方の誤り  3 プロジェクトを読めない\n"
     "            4 解析の中止・失敗  5 結果を出力できない\n"
-    "ファイルは読むだけで、変更しません。";
+    "モジュールのファイルは読むだけで、変更しません。解析結果はプロジェクトのフォルダの\n"
+    "「プロジェクト名.VMH」に保存し、次回は変更されたモジュールだけを解析します (--no-cache で無効)。";
 
 }  // namespace
 
@@ -145,53 +204,66 @@ int Run_Cli(int argc, const char* const* argv, std::ostream& out, std::ostream& 
 
   Common_Options common;
   List_Options list;
+  History_Options history;
   std::string member;
   Command chosen;
+  const auto choose = [&chosen](Needs needs, auto run) {
+    return [&chosen, needs, run] { chosen = {needs, run}; };
+  };
 
   CLI::App* analyse = app.add_subcommand(
       "analyse",
       "プロジェクトの概要: モジュール、プロシージャ、行数、最長・最深・最多条件、未参照、解析時間");
-  Add_Common(*analyse, common, true);
-  analyse->callback([&] {
-    chosen = [](Session& s, const Output& o, double seconds) { return Cmd_Analyse(s, o, seconds); };
-  });
+  Add_Common(*analyse, common);
+  analyse->callback(choose(Needs::Analysis, Cmd_Analyse));
 
   CLI::App* lists =
       app.add_subcommand("list", "モジュールまたはプロシージャの一覧 (規模、条件数、ネスト、参照)");
   lists->require_subcommand(1);
   CLI::App* modules = lists->add_subcommand("modules", "モジュールの一覧");
-  Add_Common(*modules, common, true);
+  Add_Common(*modules, common);
   Add_Module_List_Options(*modules, list);
-  modules->callback([&] {
-    chosen = [&list](Session& s, const Output& o, double) { return Cmd_List_Modules(s, o, list); };
-  });
+  modules->callback(choose(Needs::Analysis, [&list](const Work& w, const Output& o) {
+    return Cmd_List_Modules(w, o, list);
+  }));
   CLI::App* procedures = lists->add_subcommand("procedures", "プロシージャの一覧");
-  Add_Common(*procedures, common, true);
+  Add_Common(*procedures, common);
   Add_Procedure_List_Options(*procedures, list);
-  procedures->callback([&] {
-    chosen = [&list](Session& s, const Output& o, double) {
-      return Cmd_List_Procedures(s, o, list);
-    };
-  });
+  procedures->callback(choose(Needs::Analysis, [&list](const Work& w, const Output& o) {
+    return Cmd_List_Procedures(w, o, list);
+  }));
 
   CLI::App* refs = app.add_subcommand("refs", "プロシージャの呼出元と呼出先を行とともに表示する");
-  Add_Common(*refs, common, true);
+  Add_Common(*refs, common);
   refs->add_option("MEMBER", member, "Module.Member (Member だけでもよい)")->required();
-  refs->callback([&] {
-    chosen = [&member](Session& s, const Output& o, double) { return Cmd_Refs(s, o, member); };
-  });
+  refs->callback(choose(Needs::Analysis, [&member](const Work& w, const Output& o) {
+    return Cmd_Refs(w, o, member);
+  }));
 
   CLI::App* unused =
       app.add_subcommand("unused", "どこからも参照されていない Sub・Function・API 宣言");
-  Add_Common(*unused, common, true);
-  unused->callback(
-      [&] { chosen = [](Session& s, const Output& o, double) { return Cmd_Unused(s, o); }; });
+  Add_Common(*unused, common);
+  unused->callback(choose(Needs::Analysis, Cmd_Unused));
 
-  CLI::App* tables =
-      app.add_subcommand("tables", "解析テーブルを解析ファイルの行の形で出力する (検証用、UTF-8)");
-  Add_Common(*tables, common, false);
-  tables->callback(
-      [&] { chosen = [](Session& s, const Output& o, double) { return Cmd_Tables(s, o); }; });
+  CLI::App* changes = app.add_subcommand(
+      "history", "変更履歴: いつ、どのプロシージャの何行目が変更されたか (新しい順)");
+  Add_Common(*changes, common);
+  Add_History_Options(*changes, history);
+  changes->callback(choose(Needs::Analysis, [&history](const Work& w, const Output& o) {
+    return Cmd_History(w, o, history);
+  }));
+
+  CLI::App* tables = app.add_subcommand(
+      "tables", "解析テーブルを解析ファイルの行の形で出力する (検証用、UTF-8、常に全て解析する)");
+  Add_Project(*tables, common);
+  Add_Data(*tables, common);
+  tables->callback(choose(Needs::Fresh_Analysis, Cmd_Tables));
+
+  CLI::App* commands =
+      app.add_subcommand("commands", "エディターのメニューとツールバーに加わるコマンドの一覧");
+  Add_Data(*commands, common);
+  Add_Formats(*commands, common);
+  commands->callback(choose(Needs::Nothing, Cmd_Commands));
 
   try {
     app.parse(argc, argv);

@@ -39,8 +39,7 @@ long long Per_Second(long long lines, double seconds) {
   return seconds > 0 ? std::llround(static_cast<double>(lines) / seconds) : 0;
 }
 
-void Print_Summary(Session& session, const Output& output, const views::Project_Summary& sum,
-                   double seconds) {
+void Print_Summary(const Work& work, const Output& output, const views::Project_Summary& sum) {
   std::string kinds;
   for (const auto& [type, count] : sum.Modules)
     kinds += fmt::format("{}{} {}", kinds.empty() ? "" : " / ",
@@ -57,7 +56,7 @@ void Print_Summary(Session& session, const Output& output, const views::Project_
     const std::size_t width = Terminal_Width_Of(title);
     output.out << title << std::string(width < 14 ? 14 - width : 1, ' ') << text << '\n';
   };
-  line("プロジェクト", fmt::format("{}  ({})", session.Srv.Prj_Nam, session.Project_Path));
+  line("プロジェクト", fmt::format("{}  ({})", work.session.Srv.Prj_Nam, work.project.Path));
   line("モジュール", fmt::format("{}  ({})", Grouped(sum.Module_Count), kinds));
   line("プロシージャ", fmt::format("{}  ({})", Grouped(procedures), members));
   line("行数", fmt::format("{}  (コード {} / 注釈 {} / 空白 {})", Grouped(lines), Grouped(sum.Code),
@@ -66,16 +65,17 @@ void Print_Summary(Session& session, const Output& output, const views::Project_
   line("最深ネスト", Peak_Text(sum.Deepest, "段"));
   line("最多条件", Peak_Text(sum.Most_Complex, "条件"));
   line("未参照", fmt::format("{}  (Sub・Function)", Grouped(sum.Unreferenced)));
-  line("解析時間",
-       fmt::format("{:.3f} 秒  ({} 行／秒)", seconds, Grouped(Per_Second(lines, seconds))));
+  line("解析時間", fmt::format("{:.3f} 秒  ({} 行／秒)", work.seconds,
+                               Grouped(Per_Second(lines, work.seconds))));
 }
 
 }  // namespace
 
-int Cmd_Analyse(Session& session, const Output& output, double seconds) {
-  const views::Project_Summary sum = views::Get_Summary(session.Tbl);
+int Cmd_Analyse(const Work& work, const Output& output) {
+  const double seconds = work.seconds;
+  const views::Project_Summary sum = views::Get_Summary(work.session.Tbl);
   if (output.format == Format::Columns) {
-    Print_Summary(session, output, sum, seconds);
+    Print_Summary(work, output, sum);
     return kExit_Ok;
   }
   const long long lines = sum.Code + sum.Comment + sum.Blank;
@@ -89,8 +89,8 @@ int Cmd_Analyse(Session& session, const Output& output, double seconds) {
     add(key, Cell_Type::Text, peak.Member);
     add(key + "Value", Cell_Type::Number, Number(peak.Value));
   };
-  add("project", Cell_Type::Text, session.Srv.Prj_Nam);
-  add("path", Cell_Type::Text, session.Project_Path);
+  add("project", Cell_Type::Text, work.session.Srv.Prj_Nam);
+  add("path", Cell_Type::Text, work.project.Path);
   add("modules", Cell_Type::Number, Number(sum.Module_Count));
   constexpr std::array<const char*, 5> kKeys{"events", "subs", "functions", "properties", "apis"};
   for (std::size_t i = 0; i < kKeys.size(); ++i)
@@ -110,7 +110,8 @@ int Cmd_Analyse(Session& session, const Output& output, double seconds) {
   return kExit_Ok;
 }
 
-int Cmd_Refs(Session& session, const Output& output, const std::string& member) {
+int Cmd_Refs(const Work& work, const Output& output, const std::string& member) {
+  Session& session = work.session;
   const std::vector<views::Member_Name> found = views::Find_Members(session.Tbl, member);
   if (found.empty()) {
     output.err << fmt::format(
@@ -129,7 +130,7 @@ int Cmd_Refs(Session& session, const Output& output, const std::string& member) 
   for (const views::Member_Name& name : found) {
     const std::string target = analyser::Full_Name(name.Module, name.Member);
     for (const views::Ref_Line& line :
-         views::Get_References(session.Tbl, session.VBInst, name.Module, name.Member)) {
+         views::Get_References(session.Tbl, *session.VBInst, name.Module, name.Member)) {
       const bool is_text = output.format == Format::Columns;
       const std::string direction =
           line.Outgoing ? (is_text ? "→ 呼出先" : "callee") : (is_text ? "← 呼出元" : "caller");
@@ -154,7 +155,7 @@ int Cmd_Refs(Session& session, const Output& output, const std::string& member) 
   return kExit_Ok;
 }
 
-int Cmd_Unused(Session& session, const Output& output) {
+int Cmd_Unused(const Work& work, const Output& output) {
   Out_Table table{{{"モジュール", "module"},
                    {"プロシージャ", "member"},
                    {"種別", "kind"},
@@ -163,20 +164,34 @@ int Cmd_Unused(Session& session, const Output& output) {
                    {"開始行", "line", Cell_Type::Number},
                    {"行数", "lines", Cell_Type::Number}},
                   {}};
-  for (const views::Unused_Row& row : views::Get_Unused(session.Tbl))
+  for (const views::Unused_Row& row : views::Get_Unused(work.session.Tbl))
     table.rows.push_back({row.Module, row.Member, row.Kind, row.Public ? "1" : "",
                           row.Calls ? "1" : "", Number(row.Line), Number(row.Lines)});
   Print_Table(output.out, table, output.format, output.width);
   return kExit_Ok;
 }
 
-int Cmd_Tables(Session& session, const Output& output) {
+int Cmd_Tables(const Work& work, const Output& output) {
+  const Session& session = work.session;
   const analyser::Line_Sink put = [&](std::string_view tag, std::string_view payload) {
     output.out << tag << payload << '\n';
   };
   for (const auto& item : session.Tbl.Mdl_Tbl)
     analyser::Put_Module_Block(session.Tbl, *item.value, put);
   analyser::Put_Ref_Marks(session.Tbl, put);
+  return kExit_Ok;
+}
+
+int Cmd_Commands(const Work& work, const Output& output) {
+  Out_Table table{{{"場所", "place"},
+                   {"コマンド", "caption"},
+                   {"ハンドラ", "handler"},
+                   {"この版", "available", Cell_Type::Flag}},
+                  {}};
+  for (const lifecycle::Command_Info& info : work.session.List_Commands())
+    table.rows.push_back({std::string(lifecycle::Place_Name(info.Where)), std::string(info.Caption),
+                          std::string(info.Handler), info.Here ? "1" : ""});
+  Print_Table(output.out, table, output.format, output.width);
   return kExit_Ok;
 }
 

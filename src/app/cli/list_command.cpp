@@ -145,8 +145,9 @@ void Add_Procedure_List_Options(CLI::App& command, List_Options& options) {
   Add_Order_Options(command, options);
 }
 
-int Cmd_List_Modules(Session& session, const Output& output, const List_Options& options) {
-  const views::View_Ctx ctx{session.Srv, session.VBInst, session.Tbl, {}, {}};
+int Cmd_List_Modules(const Work& work, const Output& output, const List_Options& options) {
+  Session& session = work.session;
+  const views::View_Ctx ctx = session.View();
   views::Frm_List view;
   view.ModulSortMode = Sort_Mode(options.Sort);
   view.Int_List();
@@ -167,7 +168,7 @@ int Cmd_List_Modules(Session& session, const Output& output, const List_Options&
               [](const views::List_Row& row) { return row.Key; });
   if (!on_screen)
     builder.Add("型", "type", Cell_Type::Number, [&](const views::List_Row& row) {
-      return fmt::to_string(Component_Type(session.VBInst, row.Key));
+      return fmt::to_string(Component_Type(*session.VBInst, row.Key));
     });
   builder.Add("種別", "kind", Cell_Type::Text, [&](const views::List_Row& row) {
     return analyser::Set_Mdl_Fld(session.Tbl, cur, row.Key)
@@ -175,14 +176,15 @@ int Cmd_List_Modules(Session& session, const Output& output, const List_Options&
                : std::string();
   });
   builder.Add("行数", "lines", Cell_Type::Number,
-              [&](const views::List_Row& row) { return Module_Lines(session.VBInst, row.Key); });
+              [&](const views::List_Row& row) { return Module_Lines(*session.VBInst, row.Key); });
   Add_Rest(builder, view.FLv_Modul, 1, on_screen);
   Print_Table(output.out, builder.Take(), output.format, output.width);
   return kExit_Ok;
 }
 
-int Cmd_List_Procedures(Session& session, const Output& output, const List_Options& options) {
-  const views::View_Ctx ctx{session.Srv, session.VBInst, session.Tbl, {}, {}};
+int Cmd_List_Procedures(const Work& work, const Output& output, const List_Options& options) {
+  Session& session = work.session;
+  const views::View_Ctx ctx = session.View();
   const bool by_module = !options.Module.empty();
   views::Frm_List view;
   view.ListMode = by_module ? views::kBy_Module : views::kBy_Project;

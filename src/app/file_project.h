@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+// A project of exported files in an in-memory editor of its own, for front ends that have no real
+// editor: what a session connects to, and where each module came from.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/memory_editor.h"
+#include "provider/exported_folder.h"
+
+namespace oru::app {
+
+class File_Project {
+ public:
+  /// Reads the project and makes it the editor's active one. An empty text, or why it could not be
+  /// read; `Problems` then tells what could not be read of it.
+  [[nodiscard]] std::string Open(const std::filesystem::path& project, int code_page);
+  /// The file of a module, relative to the project's folder; empty if there is none of that name.
+  [[nodiscard]] std::string File_Of(std::string_view module) const;
+  /// When a module's file was changed last, "YYMMDDHHMMSS"; empty if there is no such file.
+  [[nodiscard]] std::string Edited_At(std::string_view module) const;
+
+  host::Memory_Editor Editor;
+  std::vector<provider::Problem> Problems;
+  std::vector<provider::Module_File> Files;  ///< one for each module
+  std::string Path;                          ///< as the user gave it
+
+ private:
+  [[nodiscard]] const provider::Module_File* Find(std::string_view module) const;
+};
+
+}  // namespace oru::app

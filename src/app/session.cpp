@@ -28,7 +28,14 @@ fs::path Find_Help(const fs::path& program_folder) {
 }  // namespace
 
 Session::Session(service::User_Interface& ui, const service::Clock& clock, Session_Options options)
-    : Srv(ui, clock, options.Data_Folder), options_(std::move(options)) {}
+    : Ui(*this, ui), Srv(Ui, clock, options.Data_Folder), options_(std::move(options)) {}
+
+void Session::Front::All_Unl_Prc() {
+  if (session_.List) session_.List->Sav_State(session_.Srv.Opt);
+  session_.List.reset();
+  session_.Move.reset();
+  ui_.All_Unl_Prc();
+}
 
 Session::~Session() {
   AddinInstance_OnDisconnection();
@@ -151,8 +158,32 @@ views::View_Ctx Session::View() {
           [this](std::string_view key) { return analyser::Prc_Upd_Inf(Lst, key); }, Sta.Lod_Dat};
 }
 
+void Session::Set_MovLs() {
+  if (Move) Move->Set_MovLs(Move_View());
+}
+
 lifecycle::Command_Ctx Session::Command_Context() {
   lifecycle::Command_Ctx ctx{Srv, *VBInst, HostApp};
+  const auto current = [this] {
+    analyser::Anl_Ctx anl = Anl();
+    (void)analyser::Get_Pgm_Inf(anl, true);
+  };
+  ctx.Frm["Frm_List"] = [this, current](const lifecycle::View_Request& /*request*/) {
+    current();
+    if (!List) {
+      List.emplace();
+      List->Lod_State(Srv.Opt);
+    }
+    List->Get_Inform(View());
+    Srv.Ui.Show_Frm("Frm_List");
+  };
+  ctx.Frm["Frm_Move"] = [this, current](const lifecycle::View_Request& /*request*/) {
+    current();
+    if (!Move) Move.emplace();
+    Set_MovLs();
+    Srv.Ui.Show_Frm("Frm_Move");
+  };
+  ctx.Set_MovLs = [this] { Set_MovLs(); };
   ctx.Set_Sif_Inf = [this] {
     analyser::Anl_Ctx anl = Anl();
     analyser::Set_Sif_Inf(anl);
@@ -166,6 +197,7 @@ lifecycle::Command_Ctx Session::Command_Context() {
     Lst.Mem_Upd.Clear();
     Lst.His.Clear();
     Sta.Anl_Chg = true;
+    Set_MovLs();
   };
   ctx.Get_Pgm_Inf = [this](bool from_empty) {
     analyser::Anl_Ctx anl = Anl();

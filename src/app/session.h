@@ -8,6 +8,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,6 +19,8 @@
 #include "service/services.h"
 #include "service/state.h"
 #include "views/context.h"
+#include "views/frm_list.h"
+#include "views/frm_move.h"
 
 namespace oru::app {
 
@@ -58,6 +61,29 @@ class Session {
   /// The commands of the menus; none while not connected.
   [[nodiscard]] std::vector<lifecycle::Command_Info> List_Commands() const;
 
+  /// The front end's user interface; closing the windows closes the session's views as well.
+  class Front final : public service::User_Interface {
+   public:
+    Front(Session& session, service::User_Interface& ui) : session_(session), ui_(ui) {}
+    [[nodiscard]] service::Answer Show_Message(const service::Message& message) override {
+      return ui_.Show_Message(message);
+    }
+    void Show_Progress(const service::Progress& p) override { ui_.Show_Progress(p); }
+    void Close_Progress() override { ui_.Close_Progress(); }
+    void Do_Events() override { ui_.Do_Events(); }
+    void All_Unl_Prc() override;
+    void Show_Frm(std::string_view form) override { ui_.Show_Frm(form); }
+    void Ctl_Hlp_Prc() override { ui_.Ctl_Hlp_Prc(); }
+    void Set_Mouse_Hook(bool on) override { ui_.Set_Mouse_Hook(on); }
+    void Set_Timer(bool on) override { ui_.Set_Timer(on); }
+    void Set_Wait_Cursor(bool on) override { ui_.Set_Wait_Cursor(on); }
+    void Open_File(const std::string& path) override { ui_.Open_File(path); }
+
+   private:
+    Session& session_;
+    service::User_Interface& ui_;
+  };
+  Front Ui;
   service::Services Srv;
   service::Disk_Store Disk;
   host::VBE* VBInst = nullptr;  ///< null while not connected
@@ -66,6 +92,9 @@ class Session {
   analyser::Anl_State Sta;
   analyser::Kept_Lists Lst;
   service::State Scr;
+  // Open views.
+  std::optional<views::Frm_List> List;
+  std::optional<views::Frm_Move> Move;
   analyser::Edit_Moment Out_Edt;  ///< for a project that is edited outside the editor
   /// Help of the program: the file beside it, or in the neighbouring "Build" folder.
   std::filesystem::path Help_File;
@@ -74,6 +103,8 @@ class Session {
  private:
   [[nodiscard]] bool Start(host::VBE& vbe);
   [[nodiscard]] lifecycle::Command_Ctx Command_Context();
+  [[nodiscard]] views::Move_Ctx Move_View() { return {View(), Lst, Sta.Anl_Chg}; }
+  void Set_MovLs();
 
   Session_Options options_;
   std::unique_ptr<lifecycle::Commands> commands_;

@@ -50,6 +50,8 @@ class User_Interface {
   virtual void Do_Events() {}
   /// Closes all of the system's windows.
   virtual void All_Unl_Prc() {}
+  /// Shows a view that is open, by its form name, or brings it to the front.
+  virtual void Show_Frm(std::string_view /*form*/) {}
   /// Stops the help that is on display (`Ctl_Hlp_Prc`).
   virtual void Ctl_Hlp_Prc() {}
   /// Stops (false) or restarts (true) the mouse hook.

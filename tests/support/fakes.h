@@ -54,6 +54,7 @@ class Fake_User_Interface final : public service::User_Interface {
     if (on_events) on_events();
   }
   void All_Unl_Prc() override { calls.emplace_back("All_Unl_Prc"); }
+  void Show_Frm(std::string_view form) override { calls.push_back("Show " + std::string(form)); }
   void Ctl_Hlp_Prc() override { calls.emplace_back("Ctl_Hlp_Prc"); }
   void Set_Mouse_Hook(bool on) override {
     calls.emplace_back(on ? "Mouse_Hook 1" : "Mouse_Hook 0");

@@ -9,6 +9,8 @@
 #include <string>
 #include <string_view>
 
+#include "../tests/support/fake_store.h"
+#include "analyser/analysis_file.h"
 #include "analyser/definitions.h"
 #include "analyser/driver.h"
 #include "analyser/references.h"
@@ -17,15 +19,9 @@
 #include "require.h"
 #include "service/codec.h"
 #include "service/text.h"
+#include "silent_user.h"
 
 namespace oru::fuzz {
-
-class Silent_User final : public service::User_Interface {
- public:
-  service::Answer Show_Message(const service::Message& /*message*/) override {
-    return service::Answer::No;
-  }
-};
 
 inline void Require_Readable(const analyser::Tables& tables) {
   const analyser::Line_Sink one_line = [](std::string_view tag, std::string_view row) {
@@ -82,6 +78,13 @@ inline void Run_Analyse(std::string_view input) {
 
   state.Edt_Chg = true;
   Require(run() && state.Mdl_Cnt == 0, "a second look finds nothing changed");
+
+  test::Fake_Store store;
+  ctx.Fil = &store;
+  Require(state.Prj_FP == "Fuzz.xlsm" && analyser::Sav_UpdInf(ctx), "what was analysed is saved");
+  services.Prj_Nam.clear();
+  Require(run() && state.Fil_Why.empty() && state.Mdl_Cnt == 0, "a new start reads no module");
+  Require(tables.Mdl_Tbl.Count() == count, "and finds every module");
 }
 
 }  // namespace oru::fuzz

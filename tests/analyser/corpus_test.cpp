@@ -1,28 +1,38 @@
 // SPDX-License-Identifier: MIT
-// Runs the inputs of the analysis' fuzz corpus: seeds, and inputs that once failed.
+// Runs the inputs of the analyser's fuzz corpora: seeds, and inputs that once failed.
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
+#include <string_view>
 
 #include "../fuzz/analyse_entry.h"
+#include "../fuzz/analysis_file_entry.h"
 #include "service/files.h"
 
 namespace oru {
 namespace {
 
-TEST(FuzzCorpus, Analyse) {
+void Run_All(std::string_view target, const std::function<void(std::string_view)>& entry) {
   int count = 0;
-  for (const auto& file :
-       std::filesystem::directory_iterator(ORU_SOURCE_DIR "/fuzz/corpus/analyse")) {
+  const auto folder = std::filesystem::path(ORU_SOURCE_DIR) / "fuzz/corpus" / target;
+  for (const auto& file : std::filesystem::directory_iterator(folder)) {
     SCOPED_TRACE(file.path().filename().string());
     const auto input = service::Read_File(file.path());
     ASSERT_EQ(input.error, "");
-    fuzz::Run_Analyse(input.bytes);
+    entry(input.bytes);
     for (std::size_t size = 0; size < input.bytes.size(); size += 61)
-      fuzz::Run_Analyse(std::string_view(input.bytes).substr(0, size));
+      entry(std::string_view(input.bytes).substr(0, size));
     ++count;
   }
   EXPECT_GT(count, 0);
+}
+
+TEST(FuzzCorpus, Analyse) {
+  Run_All("analyse", fuzz::Run_Analyse);
+}
+TEST(FuzzCorpus, AnalysisFile) {
+  Run_All("analysis_file", fuzz::Run_Analysis_File);
 }
 
 }  // namespace

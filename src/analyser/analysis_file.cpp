@@ -230,7 +230,9 @@ const std::string& Common_Folder(Anl_Ctx& ctx) {
 }
 
 // A failure ends here: it goes to the central handler under this procedure's name.
-bool Save_Failed(Anl_Ctx& ctx, const std::string& text) {
+bool Save_Failed(Anl_Ctx& ctx, const std::string& why) {
+  const std::string text =
+      "解析情報を保存できませんでした。次回は今回変更された分をもう一度解析します。    |" + why;
   ctx.Srv.Errors.Add({"Mod_Anl", "Sav_UpdInf ", {}, 0});
   service::Sys_Err_Prc(ctx.Srv, service::kOwn_Error, text, false, false);
   ctx.Srv.Errors.Clear();

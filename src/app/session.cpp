@@ -123,6 +123,7 @@ void Session::AddinInstance_OnDisconnection() {
     if (options_.Process_Ends) (void)std::make_unique<analyser::Tables>(std::move(Tbl)).release();
     analyser::Anl_Ctx ctx = Anl();
     analyser::Int_Anl_Res(ctx, false);
+    Lst = {};
   });
   menus_.reset();
   commands_.reset();

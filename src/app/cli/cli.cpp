@@ -138,7 +138,10 @@ int Run_Command(const Common_Options& common, const Command& command, std::ostre
                    .Program_Folder = Program_Folder(),
                    .Use_Analysis_File = !common.no_cache && command.needs == Needs::Analysis,
                    .Process_Ends = after == After::Process_Ends});
-  if (!session.AddinInstance_OnConnection(project->Editor, nullptr)) return kExit_Stopped;
+  if (!session.AddinInstance_OnConnection(project->Editor, nullptr)) {
+    err << "oru: 開始できませんでした。書き込めるデータフォルダを --data で指定してください。\n";
+    return kExit_Stopped;
+  }
   session.Out_Edt = [&](std::string_view module) { return project->Edited_At(module); };
   terminal.On_Interrupt = [&] {
     analyser::Anl_Ctx ctx = session.Anl();

@@ -2,16 +2,14 @@
 #include "analyser/analysis_file.h"
 
 #include <fmt/format.h>
-#include <xxhash.h>
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <memory>
 #include <optional>
 #include <utility>
 
-#include "analyser/table_text.h"
+#include "analyser/analysis_lines.h"
 #include "host/places.h"
 #include "service/codec.h"
 #include "service/text.h"
@@ -21,12 +19,6 @@ namespace oru::analyser {
 namespace {
 
 constexpr std::string_view kExtension = ".VMH";
-constexpr std::string_view kLine_End = "\r\n";
-// The last line: what the compared texts cannot show of the lines of each module, and a checksum of
-// all that stands before it.
-constexpr std::string_view kSum_Tag = "#Sum";
-constexpr std::size_t kSum_Digits = 16;
-constexpr std::size_t kBlock = std::size_t{1} << 18;
 constexpr std::uint64_t kMost_Bytes = std::uint64_t{1} << 30;
 constexpr std::size_t kMoment = 12;  // "YYMMDDHHMMSS"
 
@@ -46,146 +38,6 @@ std::string Join_Path(std::string_view folder, std::string_view name) {
   if (!path.empty() && !Is_Separator(path.back())) path += windows ? '\\' : '/';
   return path.append(name);
 }
-
-class Checksum {
- public:
-  Checksum() : state_(XXH3_createState(), XXH3_freeState) {
-    if (!state_) throw std::bad_alloc();
-    XXH3_64bits_reset(state_.get());
-  }
-  void Add(std::string_view bytes) { XXH3_64bits_update(state_.get(), bytes.data(), bytes.size()); }
-  [[nodiscard]] std::string Text() const {
-    return fmt::format("{:016x}", XXH3_64bits_digest(state_.get()));
-  }
-
- private:
-  std::unique_ptr<XXH3_state_t, decltype(&XXH3_freeState)> state_;
-};
-
-// For each module the hash of its line lengths.
-std::string Line_Marks(const Tables& tables) {
-  std::string marks;
-  for (const auto& item : tables.Mdl_Tbl) marks += fmt::format("{:x};", item.value->Lin_Hash);
-  return marks;
-}
-
-bool Set_Line_Marks(Tables& tables, std::string_view marks) {
-  const char* at = marks.data();
-  const char* const end = at + marks.size();
-  for (const auto& item : tables.Mdl_Tbl) {
-    const auto read = std::from_chars(at, end, item.value->Lin_Hash, 16);
-    if (read.ec != std::errc() || read.ptr == end || *read.ptr != ';') return false;
-    at = read.ptr + 1;
-  }
-  return at == end;
-}
-
-// Joins lines to blocks, which are summed up and written.
-class Line_Writer {
- public:
-  explicit Line_Writer(service::New_File& file) : file_(file) { buffer_.reserve(kBlock * 2); }
-
-  void Put(std::string_view tag, std::string_view payload) {
-    // A row is a line: with a line end in it the file could not be read again.
-    if (payload.find_first_of('\n') != std::string_view::npos ||
-        payload.find_first_of('\r') != std::string_view::npos)
-      bad_ = true;
-    buffer_.append(tag).append(payload).append(kLine_End);
-    if (buffer_.size() >= kBlock) Flush();
-  }
-  /// The last line. False if the lines do not make up a file.
-  [[nodiscard]] bool End(std::string_view line_marks) {
-    buffer_.append(kSum_Tag).append(line_marks);
-    Flush();
-    file_.Put(sum_.Text().append(kLine_End));
-    return !bad_;
-  }
-
- private:
-  void Flush() {
-    sum_.Add(buffer_);
-    file_.Put(buffer_);
-    buffer_.clear();
-  }
-
-  service::New_File& file_;
-  Checksum sum_;
-  std::string buffer_;
-  bool bad_ = false;
-};
-
-// Cuts blocks into lines again and gives them to the reader of the tables, up to the checksum.
-class Line_Splitter {
- public:
-  Line_Splitter(Table_Reader& reader, std::function<void()> module_done)
-      : reader_(reader), module_done_(std::move(module_done)) {}
-
-  /// False once the file cannot be used.
-  bool Take(std::string_view block) {
-    if (!rest_.empty()) {
-      const std::size_t feed = block.find('\n');
-      rest_ += block.substr(0, feed == npos ? npos : feed + 1);
-      if (feed == npos) return true;
-      block.remove_prefix(feed + 1);
-      const std::string line = std::exchange(rest_, {});
-      if (Line(line) && !ended_) sum_.Add(line);
-    }
-    // The lines that stand in the block are summed up at once.
-    std::size_t at = 0;
-    while (why_.empty() && at < block.size()) {
-      const std::size_t feed = block.find('\n', at);
-      if (ended_) return Fail("text behind the end");
-      if (feed == npos) break;
-      if (block.substr(at).starts_with(kSum_Tag)) {
-        sum_.Add(block.substr(0, at));
-        summed_ = true;
-      }
-      if (!Line(block.substr(at, feed + 1 - at))) return false;
-      at = feed + 1;
-    }
-    if (!summed_) sum_.Add(block.substr(0, at));
-    if (!ended_) rest_ = block.substr(at);
-    return why_.empty();
-  }
-  /// After the last block: empty, or why the file cannot be used.
-  [[nodiscard]] std::string Finish() {
-    if (!ended_) (void)Fail("ends too early");
-    if (why_.empty() && !reader_.Finish()) why_ = reader_.Why();
-    if (why_.empty() && !Set_Line_Marks(reader_.Tbl, line_marks_)) (void)Fail("line marks");
-    return why_;
-  }
-
- private:
-  static constexpr auto npos = std::string_view::npos;
-
-  bool Fail(std::string_view why) {
-    if (why_.empty()) why_ = why;
-    return false;
-  }
-  bool Line(std::string_view line) {
-    if (ended_) return Fail("text behind the end");
-    if (!line.ends_with(kLine_End)) return Fail("a line without CR LF");
-    const std::string_view text = line.substr(0, line.size() - kLine_End.size());
-    if (text.starts_with(kSum_Tag)) {
-      ended_ = true;
-      const std::size_t digits = text.size() - std::min(text.size(), kSum_Digits);
-      sum_.Add(text.substr(0, digits));
-      if (digits < kSum_Tag.size() || text.substr(digits) != sum_.Text())
-        return Fail("another checksum");
-      line_marks_ = text.substr(kSum_Tag.size(), digits - kSum_Tag.size());
-      return true;
-    }
-    if (!reader_.Take(text)) return Fail(reader_.Why());
-    if (text == "#End") module_done_();
-    return true;
-  }
-
-  Table_Reader& reader_;
-  std::function<void()> module_done_;
-  Checksum sum_;
-  std::string rest_, why_, line_marks_;
-  bool ended_ = false, summed_ = false;
-};
 
 void Trace_Paths(Anl_Ctx& ctx, const Anl_Paths& paths) {
   service::Srv_Trc_Log(ctx.Srv, fmt::format("MSI_UpdFP=|{}|", paths.Upd_FP));
@@ -257,7 +109,7 @@ std::string Write_Lines(Anl_Ctx& ctx, const Anl_Paths& paths, Anl_Progress& prog
     step(item.key);
   }
   Put_Ref_Marks(ctx.Tbl, put);
-  if (!writer.End(Line_Marks(ctx.Tbl))) return "解析情報に改行を含む行があるため、保存できません。";
+  if (!writer.End(ctx.Tbl)) return "解析情報に改行を含む行があるため、保存できません。";
   // A work copy belongs to this run alone; of the real file only the one that was read is replaced.
   const auto outcome = file->Commit(paths.Remote ? std::nullopt : std::optional(ctx.Sta.Fil_Mrk));
   step({});
@@ -396,13 +248,13 @@ void Lod_UpdInf(Anl_Ctx& ctx, Anl_Progress& progress) {
     progress.Dsp_Anl_Res("Lod", {}, ctx.VBInst.ActiveVBProject()->VBComponents().Count(), 0,
                          ctx.Sta.Lin_Sec);
     Table_Reader reader;
-    Line_Splitter splitter(reader, [&] { progress.Dsp_Anl_Res({}, {}, 0, 0, ctx.Sta.Lin_Sec); });
+    Line_Reader lines(reader, [&] { progress.Dsp_Anl_Res({}, {}, 0, 0, ctx.Sta.Lin_Sec); });
     const bool too_large = seen->size > kMost_Bytes;
     const service::File_Result read =
         too_large ? service::File_Result()
                   : ctx.Fil->Read(paths.Upd_WP,
-                                  [&](std::string_view block) { return splitter.Take(block); });
-    const std::string why = !read.Ok() ? read.error : too_large ? "too large" : splitter.Finish();
+                                  [&](std::string_view block) { return lines.Take(block); });
+    const std::string why = !read.Ok() ? read.error : too_large ? "too large" : lines.Finish();
     if (why.empty()) {
       ctx.Tbl = std::move(reader.Tbl);
       ctx.Lst = std::move(reader.Lists);

@@ -33,7 +33,9 @@ class Project {
  public:
   explicit Project(const std::filesystem::path& folder);
 
-  [[nodiscard]] analyser::Anl_Ctx Ctx() { return {services, editor, nullptr, tables, state, lists}; }
+  [[nodiscard]] analyser::Anl_Ctx Ctx() {
+    return {services, editor, nullptr, tables, state, lists};
+  }
   /// The modules' texts: lines and bytes.
   [[nodiscard]] std::int64_t Lines() const;
   [[nodiscard]] std::int64_t Bytes() const;

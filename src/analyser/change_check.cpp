@@ -3,6 +3,7 @@
 
 #include "analyser/analysis_file.h"
 #include "analyser/change_history.h"
+#include "analyser/controls.h"
 #include "analyser/kinds.h"
 #include "analyser/module_pass.h"
 #include "host/derived.h"
@@ -11,6 +12,32 @@
 namespace oru::analyser {
 
 namespace {
+
+// Whether a module is another one than it was without a change in its code: of another type, or with
+// other controls. Only those who edit a project outside the editor can do that unseen.
+bool Chk_Shell_Chg(Anl_Ctx& ctx, host::VBComponent& component, const Mdl_Entry& entry) {
+  const Mdl_Kind kind = Rev_Mdl_Typ(ctx.VBInst, ctx.App, ctx.Sta.HFl_Nam, component.Name());
+  if (kind.Mdl_Typ != service::Row_Field(entry.Mdl, 1)) return true;
+  const bool has_controls = component.Type() == host::kType_Form || kind.Mdl_Typ == kTyp_Sheet;
+  if (!has_controls) return false;
+  Tables scratch;
+  const auto silent = [](std::string_view, const std::string&) {};
+  Mdl_Ctx pass{ctx.Srv, ctx.VBInst, ctx.App, scratch, ctx.Sta.HFl_Nam, {}, Anl_Options(ctx.Srv.Opt),
+               silent,  silent};
+  Mdl_Row row;
+  row.Mdl_Nam = component.Name();
+  row.Mdl_Typ = kind.Mdl_Typ;
+  Mdl_Entry now;
+  Get_Controls(pass, component, row, now);
+  // The controls stand first; behind them are words that the code gave, which have no row.
+  std::size_t position = 0;
+  for (const auto& item : entry.Ctl) {
+    const auto* other = now.Ctl.At(++position);
+    const bool same = other != nullptr && other->key == item.key && other->value == item.value;
+    if (!same && (other != nullptr || !item.value.empty())) return true;
+  }
+  return now.Ctl.Count() > entry.Ctl.Count();
+}
 
 // The last place at which the user worked, if it is still there and he wants to go on there.
 void Open_Last_Place(Anl_Ctx& ctx) {
@@ -105,9 +132,13 @@ bool Chk_Pgm_Inf(Anl_Ctx& ctx, Anl_Progress& progress) {
       if (tables.Anl_Mdl.Has(name)) continue;
       const auto* entry = tables.Mdl_Tbl.Get(name);
       const host::CodeModule* code = component->CodeModule();
-      if (entry == nullptr || code == nullptr || !Chk_Mdl_Chg(**entry, *code)) continue;
-      stamp_and_add(name);
-      if (ctx.Out_Edt) Rec_Out_Edt(ctx, name, entry->get(), *code, ctx.Out_Edt(name));
+      if (entry == nullptr || code == nullptr) continue;
+      if (Chk_Mdl_Chg(**entry, *code)) {
+        stamp_and_add(name);
+        if (ctx.Out_Edt) Rec_Out_Edt(ctx, name, entry->get(), *code, ctx.Out_Edt(name));
+      } else if (outside && Chk_Shell_Chg(ctx, *component, **entry)) {
+        stamp_and_add(name);
+      }
     }
     ctx.Sta.Edt_Chg = false;
   }

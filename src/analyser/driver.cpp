@@ -3,7 +3,9 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <exception>
+#include <utility>
 
 #include "analyser/change_check.h"
 #include "analyser/change_history.h"
@@ -208,6 +210,72 @@ std::int64_t Per_Second(std::int64_t lines, std::int64_t milliseconds) {
   return (lines * 1000 + milliseconds / 2) / milliseconds;
 }
 
+// What other modules can refer to in a module: its members and the names that hold objects.
+std::string Names_Of(const Mdl_Entry& entry) {
+  std::string names(service::Row_Field(entry.Mdl, 1));
+  for (const auto& item : entry.Mem) {
+    names.append(1, '\n').append(item.key);
+    for (const std::size_t field : {2U, 3U, 4U})  // kind, scope, sub-kind
+      names.append(1, '\t').append(service::Row_Field(item.value, field));
+  }
+  for (const std::string& row : entry.InV) names.append(1, '\n').append(row);
+  return names;
+}
+
+// The names of the modules to read, before and after they are read.
+class Names_Check {
+ public:
+  explicit Names_Check(const Tables& tables) : tables_(tables) {
+    for (const auto& item : tables.Anl_Mdl) before_.emplace(item.key, Names_Now(item.key));
+  }
+  [[nodiscard]] bool Changed() const {
+    return std::any_of(before_.begin(), before_.end(), [&](const auto& module) {
+      return module.second != Names_Now(module.first);
+    });
+  }
+
+ private:
+  [[nodiscard]] std::string Names_Now(std::string_view module) const {
+    const auto* entry = tables_.Mdl_Tbl.Get(module);
+    return entry == nullptr ? std::string() : Names_Of(**entry);
+  }
+  const Tables& tables_;
+  service::Text_Map<std::string> before_;
+};
+
+// Everything is read again, as if nothing had been stored.
+void Read_All(Anl_Ctx& ctx, Mdl_Ctx& pass, Anl_Progress& progress) {
+  service::Collection<std::string> modules = std::move(ctx.Tbl.Prj_Mdl);
+  ctx.Tbl = Tables();
+  for (const auto& item : modules) service::Add_Col_Itm(ctx.Tbl.Anl_Mdl, item.key, std::string());
+  ctx.Tbl.Prj_Mdl = std::move(modules);
+  pass.Tot_Lin = pass.Cod_Lin = 0;
+  ctx.Sta.Mdl_Cnt = 0;
+  ctx.Sta.Problems.clear();
+  Get_Mdl_Man(ctx, pass, progress);
+}
+
+// Modules in the project's order, as a run that reads all of them has them: of two public members of
+// one name, the first module's counts.
+void Put_In_Project_Order(Tables& tables) {
+  service::Collection<std::unique_ptr<Mdl_Entry>> ordered;
+  for (const auto& item : tables.Prj_Mdl)
+    if (auto* entry = tables.Mdl_Tbl.Get(item.key)) ordered.Add(item.key, std::move(*entry));
+  tables.Mdl_Tbl = std::move(ordered);
+}
+
+// The definition pass. While the project was edited elsewhere, nobody saw which modules have to be
+// resolved anew because a name that they use has come, gone, or moved: then all of them are.
+void Read_Definitions(Anl_Ctx& ctx, Mdl_Ctx& pass, Anl_Progress& progress) {
+  const bool outside = ctx.Out_Edt && ctx.Sta.Prj_Chg && !ctx.Tbl.Mdl_Tbl.Empty();
+  if (!outside) return Get_Mdl_Man(ctx, pass, progress);
+  const Names_Check names(ctx.Tbl);
+  Get_Mdl_Man(ctx, pass, progress);
+  if (ctx.Sta.Anl_Cnl) return;
+  if (ctx.Sta.Del_Chg || names.Changed()) Read_All(ctx, pass, progress);
+  Put_In_Project_Order(ctx.Tbl);
+}
+
 // Reads what has to be read: both passes, and the clean-up after them.
 void Run_Passes(Anl_Ctx& ctx, Anl_Progress& progress, std::int64_t start) {
   Anl_State& sta = ctx.Sta;
@@ -234,9 +302,9 @@ void Run_Passes(Anl_Ctx& ctx, Anl_Progress& progress, std::int64_t start) {
   Log_Step(ctx, "オートシェープ､フォームコントロールのマクロ定義取得", {}, since);
 
   const bool whole_project = ctx.Tbl.Mdl_Tbl.Empty();
+  if (!sta.Anl_Cnl) Read_Definitions(ctx, pass, progress);
   if (!ctx.Tbl.Anl_Mdl.Empty() && !sta.Anl_Cnl) {
-    Get_Mdl_Man(ctx, pass, progress);
-    if (!sta.Anl_Cnl) Run_References(ctx, pass, progress);
+    Run_References(ctx, pass, progress);
     if (!sta.Anl_Cnl && whole_project) Del_Old_Upd(ctx.Lst, ctx.Tbl);
   }
   sta.Tot_Lin = pass.Tot_Lin;

@@ -119,8 +119,7 @@ void Session::AddinInstance_OnDisconnection() {
     (void)analyser::Sav_UpdInf(ctx);
   });
   step([&] {
-    // NOLINTNEXTLINE(bugprone-unused-return-value): nobody gives them back, on purpose
-    if (options_.Process_Ends) (void)std::make_unique<analyser::Tables>(std::move(Tbl)).release();
+    if (options_.Process_Ends) return;
     analyser::Anl_Ctx ctx = Anl();
     analyser::Int_Anl_Res(ctx, false);
     Lst = {};

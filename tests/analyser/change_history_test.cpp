@@ -104,33 +104,32 @@ TEST(Change_History, OutsideEditsAreFoundAtTheFirstLineThatDiffers) {
       "Option Explicit\n\nSub Aa()\n    x = \"受注\"\nEnd Sub\n\nSub Bb()\n    y = 1\nEnd Sub\n\n";
   const struct {
     std::string_view what, now;
-    int line;
+    int line, in_member;
     std::string_view member;
-    int in_member;
   } kCases[]{
       {"a statement",
        "Option Explicit\n\nSub Aa()\n    x = \"受注\"\nEnd Sub\n\nSub Bb()\n    y = 2\nEnd Sub\n\n",
-       8, "Bb", 3},
+       8, 3, "Bb"},
       {"inside a character of three bytes",
        "Option Explicit\n\nSub Aa()\n    x = \"受沈\"\nEnd Sub\n\nSub Bb()\n    y = 1\nEnd Sub\n\n",
-       4, "Aa", 3},
+       4, 3, "Aa"},
       {"a line put in",
        "Option Explicit\n\nSub Aa()\n    Beep\n    x = \"受注\"\nEnd Sub\n\nSub Bb()\n    y = 1\nEnd Sub\n",
-       4, "Aa", 3},
+       4, 3, "Aa"},
       {"a line taken out", "Option Explicit\n\nSub Aa()\nEnd Sub\n\nSub Bb()\n    y = 1\nEnd Sub\n",
-       4, "Aa", 3},
+       4, 3, "Aa"},
       {"a procedure added at the end",
        "Option Explicit\n\nSub Aa()\n    x = \"受注\"\nEnd Sub\n\nSub Bb()\n    y = 1\nEnd Sub\nSub Cc()\nEnd Sub",
-       10, "Cc", 1},
+       10, 1, "Cc"},
       {"the last procedure gone", "Option Explicit\n\nSub Aa()\n    x = \"受注\"\nEnd Sub\n\n\n", 5,
-       "Aa", 4},
+       4, "Aa"},
       {"the declaration section",
        "Option Base 1\n\nSub Aa()\n    x = \"受注\"\nEnd Sub\n\nSub Bb()\n    y = 1\nEnd Sub\n", 1,
-       "%Declare", 1},
+       1, "%Declare"},
       {"only a blank line more",
        "Option Explicit\n\nSub Aa()\n    x = \"受注\"\nEnd Sub\n\nSub Bb()\n\n    y = 1\nEnd Sub\n\n",
-       6, "Bb", 1},
-      {"nothing left", "", 1, "", 0},
+       6, 1, "Bb"},
+      {"nothing left", "", 1, 0, ""},
   };
   for (const auto& c : kCases) {
     SCOPED_TRACE(c.what);

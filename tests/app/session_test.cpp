@@ -87,6 +87,63 @@ TEST(Session, SecondRunReadsOnlyWhatChanged) {
   EXPECT_EQ(job.Run([](Session& s) { EXPECT_EQ(s.Lst.His.Count(), 1U); }), 0);
 }
 
+// The callers of a procedure that moved to another module have not changed themselves.
+TEST(Session, NamesThatMovedBetweenRunsAreResolvedAnew) {
+  const struct {
+    std::string_view what, file, text;
+  } kCases[]{
+      {"moved to a new module", "Jobs/modNew.bas",
+       "Attribute VB_Name = \"modNew\"\r\nSub Other()\r\nEnd Sub\r\n"},
+      {"moved to one that was there", "Jobs/modLast.bas",
+       "Attribute VB_Name = \"modLast\"\r\nSub Other()\r\nEnd Sub\r\n"},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.what);
+    Job job;
+    job.folder.Put("Jobs/modLast.bas",
+                   "Attribute VB_Name = \"modLast\"\r\nSub Last()\r\nEnd Sub\r\n");
+    (void)job.Run();
+    job.folder.Put("Jobs/modOther.bas", "Attribute VB_Name = \"modOther\"\r\n");
+    job.folder.Put(c.file, c.text);
+    (void)job.Run([&](Session& s) {
+      const std::string target = std::string(c.file).substr(5, c.file.find('.') - 5) + ".Other";
+      EXPECT_EQ(s.Tbl.RIf_Dic.Get(target), analyser::Ref_Marks::kReferred);
+      EXPECT_EQ(s.Tbl.RIf_Dic.Get("modOther.Other"), 0U);
+    });
+    // And a module that went takes the marks of what it called along.
+    fs::remove(job.folder / "Jobs/modMain.bas");
+    (void)job.Run([&](Session& s) { EXPECT_EQ(s.Tbl.RIf_Dic.Count(), 0U); });
+  }
+}
+
+TEST(Session, ModuleOfAnotherTypeOrWithOtherControlsIsReadAgain) {
+  const auto form = [](std::string_view control) {
+    return "VERSION 5.00\r\nBegin {C62A69F0-16DC-11CE-9E98-00AA00574A4F} frmIn \r\n   Begin MSForms.CommandButton " +
+           std::string(control) +
+           " \r\n   End\r\nEnd\r\nAttribute VB_Name = \"frmIn\"\r\nSub cmdOk_Click()\r\nEnd Sub\r\n";
+  };
+  const std::string code = "Sub Later()\r\nEnd Sub\r\n";
+  Job job;
+  job.folder.Put("Jobs/frmIn.frm", form("cmdNo"));
+  job.folder.Put("Jobs/clsA.cls", "VERSION 1.0 CLASS\r\nAttribute VB_Name = \"clsA\"\r\n" + code);
+  (void)job.Run();
+  EXPECT_EQ(job.Run(), 0);
+  job.folder.Put("Jobs/frmIn.frm", form("cmdOk"));
+  EXPECT_GT(job.Run([](Session& s) {
+    EXPECT_NE((*s.Tbl.Mdl_Tbl.Get("frmIn"))->Ctl.Get("cmdOk"), nullptr);
+    // What the user did to the form is no edit of its code.
+    EXPECT_EQ(s.View().Prc_Upd_Inf("frmIn"), "");
+  }),
+            0);
+  fs::remove(job.folder / "Jobs/clsA.cls");
+  job.folder.Put("Jobs/clsA.bas", "Attribute VB_Name = \"clsA\"\r\n" + code);
+  EXPECT_GT(job.Run([](Session& s) {
+    EXPECT_EQ(service::Row_Field((*s.Tbl.Mdl_Tbl.Get("clsA"))->Mdl, 1), "1");
+  }),
+            0);
+  EXPECT_EQ(job.Run(), 0);
+}
+
 TEST(Session, WhatCannotBeMadeIsToldAndStopsTheStart) {
   const struct {
     std::string_view what, file, told;

@@ -132,12 +132,14 @@ int Run_Command(const Common_Options& common, const Command& command, std::ostre
       return kExit_Project;
     }
   }
-  Session session(terminal, clock,
-                  {.Data_Folder = common.data.empty() ? service::Default_Data_Folder(kProduct)
-                                                      : fs::path(common.data),
-                   .Program_Folder = Program_Folder(),
-                   .Use_Analysis_File = !common.no_cache && command.needs == Needs::Analysis,
-                   .Process_Ends = after == After::Process_Ends});
+  auto owned = std::make_unique<Session>(
+      terminal, clock,
+      Session_Options{.Data_Folder = common.data.empty() ? service::Default_Data_Folder(kProduct)
+                                                         : fs::path(common.data),
+                      .Program_Folder = Program_Folder(),
+                      .Use_Analysis_File = !common.no_cache && command.needs == Needs::Analysis,
+                      .Process_Ends = after == After::Process_Ends});
+  Session& session = *owned;
   if (!session.AddinInstance_OnConnection(project->Editor, nullptr)) {
     err << "oru: 開始できませんでした。書き込めるデータフォルダを --data で指定してください。\n";
     return kExit_Stopped;
@@ -177,7 +179,10 @@ int Run_Command(const Common_Options& common, const Command& command, std::ostre
     err << "oru: 結果を出力できませんでした。出力先の空き容量を確認してください。\n";
     return kExit_Output;
   }
-  if (after == After::Process_Ends) (void)project.release();
+  if (after == After::Process_Ends) {
+    (void)owned.release();
+    (void)project.release();
+  }
   return code;
 }
 

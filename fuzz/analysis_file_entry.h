@@ -33,7 +33,7 @@ inline void Run_Analysis_File(std::string_view input) {
   for (std::size_t at = bytes.find("#Mdl"); at != std::string::npos;
        at = bytes.find("#Mdl", at + 1))
     ++modules;
-  for (std::size_t i = 0; i < modules; ++i) bytes += "1f;";
+  for (std::size_t i = 0; i < modules; ++i) bytes += "1f,2;";
   bytes += fmt::format("{:016x}\r\n", XXH3_64bits(bytes.data(), bytes.size()));
 
   Silent_User user;

@@ -21,10 +21,11 @@ constexpr std::string_view kSum_Tag = "#Sum";
 constexpr std::size_t kSum_Digits = 16;
 constexpr std::size_t kBlock = std::size_t{1} << 18;
 
-// For each module the hash of its line lengths.
+// For each module the hash of its line lengths and the number of its lines: "hash,count;".
 std::string Line_Marks(const Tables& tables) {
   std::string marks;
-  for (const auto& item : tables.Mdl_Tbl) marks += fmt::format("{:x};", item.value->Lin_Hash);
+  for (const auto& item : tables.Mdl_Tbl)
+    marks += fmt::format("{:x},{};", item.value->Lin_Hash, item.value->Lin_Cnt);
   return marks;
 }
 
@@ -32,9 +33,11 @@ bool Set_Line_Marks(Tables& tables, std::string_view marks) {
   const char* at = marks.data();
   const char* const end = at + marks.size();
   for (const auto& item : tables.Mdl_Tbl) {
-    const auto read = std::from_chars(at, end, item.value->Lin_Hash, 16);
-    if (read.ec != std::errc() || read.ptr == end || *read.ptr != ';') return false;
-    at = read.ptr + 1;
+    const auto hash = std::from_chars(at, end, item.value->Lin_Hash, 16);
+    if (hash.ec != std::errc() || hash.ptr == end || *hash.ptr != ',') return false;
+    const auto count = std::from_chars(hash.ptr + 1, end, item.value->Lin_Cnt);
+    if (count.ec != std::errc() || count.ptr == end || *count.ptr != ';') return false;
+    at = count.ptr + 1;
   }
   return at == end;
 }

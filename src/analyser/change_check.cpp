@@ -13,11 +13,12 @@ namespace oru::analyser {
 
 namespace {
 
-// Whether a module is another one than it was without a change in its code: of another type, or with
-// other controls. Only those who edit a project outside the editor can do that unseen.
+// Whether a module is another one than it was without a change in its code: of another type, with
+// other controls, or with more or fewer blank lines at its end. Only those who edit a project outside the editor can do that unseen.
 bool Chk_Shell_Chg(Anl_Ctx& ctx, host::VBComponent& component, const Mdl_Entry& entry) {
   const Mdl_Kind kind = Rev_Mdl_Typ(ctx.VBInst, ctx.App, ctx.Sta.HFl_Nam, component.Name());
   if (kind.Mdl_Typ != service::Row_Field(entry.Mdl, 1)) return true;
+  if (component.CodeModule()->CountOfLines() != entry.Lin_Cnt) return true;
   const bool has_controls = component.Type() == host::kType_Form || kind.Mdl_Typ == kTyp_Sheet;
   if (!has_controls) return false;
   Tables scratch;

@@ -357,6 +357,7 @@ void Get_Mdl_Lop(Mdl_Ctx& ctx, host::VBComponent& component) {
     Mdl_Code text = Get_Mdl_Cod(*code);
     entry->CCd = std::move(text.CCd);
     entry->Lin_Hash = text.Lin_Hash;
+    entry->Lin_Cnt = code->CountOfLines();
   }
   entry->RCd = ctx.RCd_Buffer;
   ctx.Tbl.Mdl_Tbl.Add(row.Mdl_Nam, std::move(entry));

@@ -135,6 +135,7 @@ struct Mdl_Entry {
   std::string CCd;  ///< compared code
   /// What `CCd` cannot show of the lines: a hash of their lengths, without the blank ones at the end.
   std::uint64_t Lin_Hash = 0;
+  int Lin_Cnt = 0;  ///< lines of the module when it was read
 };
 
 /// The reference marks (`RIf_Dic`): for each `Module.Member` that has one, whether it refers to

@@ -29,8 +29,9 @@ struct Session_Options {
   std::filesystem::path Program_Folder;  ///< marker files of the switches; templates
   int Ide_Version = 6;                   ///< of the editor; 5 to 7 are supported
   bool Use_Analysis_File = true;         ///< false: none is read or written
-  bool Process_Ends = false;  ///< behind the disconnection: then the tables stay as they are, for the
-                              ///< system to take back with the process
+  bool Process_Ends =
+      false;  ///< behind the disconnection: then the tables stay as they are, for the
+              ///< system to take back with the process
 };
 
 class Session {

@@ -23,7 +23,9 @@ struct Arranged : test::Project {
     Sta.Anl_Chg = false;
     for (int i = 1; i <= 10; ++i) {
       const std::string module = i % 2 == 1 ? "modOne" : "modTwo", member = "P" + std::to_string(i);
-      Lst.His.Add(module + "." + member, {"240305060708", 2, module, member});
+      std::string key = module;
+      key.append(".").append(member);
+      Lst.His.Add(key, {"240305060708", 2, module, member});
     }
     Lst.Mem_Upd.Add("modOne.P1", "24030506070800002modOne.P1");
     Lst.Mem_Upd.Add("modTwo.P2", "23010203040500003modTwo.P2");

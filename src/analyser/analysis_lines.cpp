@@ -129,6 +129,7 @@ bool Line_Reader::Line(std::string_view line) {
   if (ended_) return Fail("text behind the end");
   if (!line.ends_with(kLine_End)) return Fail("a line without CR LF");
   const std::string_view text = line.substr(0, line.size() - kLine_End.size());
+  if (text.find('\r') != npos) return Fail("a CR within a line");
   if (text.starts_with(kSum_Tag)) {
     ended_ = true;
     const std::size_t digits = text.size() - std::min(text.size(), kSum_Digits);

@@ -38,6 +38,11 @@ class Memory_Control final : public Control {
   [[nodiscard]] std::string Text() const override { return Value_Or_Refuse(data_.text); }
   [[nodiscard]] std::string Caption() const override { return Value_Or_Refuse(data_.caption); }
   [[nodiscard]] std::string Tag() const override { return Value_Or_Refuse(data_.tag); }
+  [[nodiscard]] std::string Property(std::string_view name) const override {
+    for (const auto& [property, value] : data_.properties)
+      if (service::Equal_No_Case(property, name)) return value;
+    return Value_Or_Refuse(std::nullopt);
+  }
 
  private:
   Control_Data data_;

@@ -22,6 +22,8 @@ namespace oru::host {
 struct Control_Data {
   std::string name, type_name;
   std::optional<std::string> text, caption, tag;  ///< absent: the property is refused
+  /// The other properties, by name.
+  std::vector<std::pair<std::string, std::string>> properties = {};
 };
 
 /// What a provider knows of one component.

@@ -141,6 +141,9 @@ class Control {
   [[nodiscard]] virtual std::string Text() const = 0;
   [[nodiscard]] virtual std::string Caption() const = 0;
   [[nodiscard]] virtual std::string Tag() const = 0;
+  /// Any other property by its name (letter case aside), as the text that the host would show:
+  /// "TabIndex", "TabStop", "Left", "Top", "Width", "Height" (in points), "Container" and so on.
+  [[nodiscard]] virtual std::string Property(std::string_view name) const = 0;
 };
 
 class Controls {

@@ -442,6 +442,10 @@ std::optional<std::string> Encode(std::string_view text, Encoding encoding, cons
   return std::nullopt;
 }
 
+std::string Text_Of_Utf16(std::string_view bytes) {
+  return Decode_Utf16(bytes, true).text;
+}
+
 std::string_view Byte_Order_Mark(Encoding encoding) {
   switch (encoding) {
     case Encoding::Utf8_Bom:

@@ -51,6 +51,8 @@ class Code_Page {
 /// well-formed UTF-8.
 [[nodiscard]] std::optional<std::string> Encode(std::string_view text, Encoding encoding,
                                                 const Code_Page& page);
+/// The text of UTF-16, little-endian and without a byte order mark; what is undecodable is U+FFFD.
+[[nodiscard]] std::string Text_Of_Utf16(std::string_view bytes);
 /// The byte order mark of an encoding, or nothing.
 [[nodiscard]] std::string_view Byte_Order_Mark(Encoding encoding);
 

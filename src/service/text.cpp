@@ -50,6 +50,13 @@ bool Is_Wide_Latin1(char32_t c) {
 
 }  // namespace
 
+std::string Without_Controls(std::string_view text) {
+  std::string out(text);
+  for (char& c : out)
+    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = ' ';
+  return out;
+}
+
 char32_t Lower_Of(char32_t c) {
   if (c < 0x80) return c >= U'A' && c <= U'Z' ? c + (U'a' - U'A') : c;
   if (c >= 0x2E80 && c < 0xA640) return c;

@@ -41,6 +41,9 @@ constexpr std::int64_t To_Int(Wid_Count n) {
 [[nodiscard]] std::string Replace_All(std::string_view text, std::string_view from,
                                       std::string_view to);
 
+/// The text with a blank for each control character.
+[[nodiscard]] std::string Without_Controls(std::string_view text);
+
 /// Simple lower case of one character.
 [[nodiscard]] char32_t Lower_Of(char32_t code_point);
 /// Each character replaced by its simple lower case (one character for one).

@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: MIT
+#include <cstddef>
+#include <cstdint>
+
+#include "workbook_xls_entry.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  oru::fuzz::Run_Workbook_Xls({reinterpret_cast<const char*>(data), size});
+  return 0;
+}

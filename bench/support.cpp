@@ -7,14 +7,14 @@
 #include <iterator>
 #include <stdexcept>
 
-#include "provider/exported_folder.h"
+#include "provider/project_source.h"
 
 namespace oru::bench {
 
 namespace fs = std::filesystem;
 
 Project::Project(const fs::path& folder) {
-  provider::Exported_Project read = provider::Read_Project(folder);
+  provider::Project_Source read = provider::Read_Project(folder);
   if (!read.Ok()) throw std::runtime_error(read.error);
   project = &provider::Add_To_Editor(editor, read);
 }

@@ -23,11 +23,15 @@ constexpr std::array kForm_Words{Form_Word{"5", "Form"}, Form_Word{"3", "UserFor
 constexpr std::string_view kNo_Designer =
     "プロジェクト情報を正しく参照できません。    |次の操作で回避できないときは開発元にお問い合せください。   |(1)ＩＤＥを一旦閉じて再起動します。    |(2)ＩＤＥの「ツール(T)」＞「{} 機能メニュー(F)」から「プロジェクト情報取得」を実行します。    |(Code={})";
 
-// A late-bound member that the control may not have.
+// A late-bound member that the control may not have. A text box may hold many lines, and a caption
+// too: in a row, which is one line of fields, they become one.
 template <class Member>
 std::string Late(const host::Control& control, Member member) {
   try {
-    return (control.*member)();
+    std::string text = (control.*member)();
+    for (char& c : text)
+      if (c == '\t' || c == '\r' || c == '\n') c = ' ';
+    return text;
   } catch (const host::Host_Error&) {
     return {};
   }

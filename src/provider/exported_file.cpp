@@ -24,6 +24,7 @@ constexpr struct {
 int Component_Type(File_Kind kind, const Layout& layout) {
   switch (kind) {
     case File_Kind::Bas:
+    case File_Kind::Stored:  // the workbook tells
       return host::kType_Module;
     case File_Kind::Frm:
       return host::kType_Form;
@@ -52,30 +53,21 @@ std::optional<File_Kind> Kind_Of_Extension(std::string_view extension) {
   return std::nullopt;
 }
 
-std::string Without_Controls(std::string_view text) {
-  std::string out(text);
-  for (char& c : out)
-    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = ' ';
-  return out;
-}
-
-namespace {
-
-// A name as a module can have it. Besides control characters it loses what separates the parts of
-// the analysis' records; the editor allows neither, but a file's name may hold them.
 std::string Module_Name(std::string_view given) {
-  std::string name(service::Trim(Without_Controls(given)));
+  std::string name(service::Trim(service::Without_Controls(given)));
   for (char& c : name)
     if (c == '%' || c == '#' || c == '|' || c == '.') c = '_';
   return name;
 }
 
-}  // namespace
+service::Encoding Encoding_Of(std::string_view bytes, File_Kind kind) {
+  return kind == File_Kind::Stored ? service::Encoding::Code_Page : service::Detect_Encoding(bytes);
+}
 
 Exported_File Read_Exported(std::string bytes, File_Kind kind, std::string_view stem,
                             const service::Code_Page& page) {
   Exported_File file;
-  file.encoding = service::Detect_Encoding(bytes);
+  file.encoding = Encoding_Of(bytes, kind);
   const bool wide = file.encoding == service::Encoding::Utf16_Le_Bom ||
                     file.encoding == service::Encoding::Utf16_Be_Bom;
   if (!wide && bytes.find('\0') != bytes.npos) {
@@ -97,8 +89,10 @@ Exported_File Read_Exported(std::string bytes, File_Kind kind, std::string_view 
   if (kind == File_Kind::Frm) {
     const std::string_view text = decoded.text;
     file.component.has_designer = true;
-    file.component.controls =
-        Parse_Controls(text.substr(layout.block.begin, layout.block.end - layout.block.begin));
+    const std::string_view block =
+        text.substr(layout.block.begin, layout.block.end - layout.block.begin);
+    file.component.controls = Parse_Controls(block);
+    file.design = Find_Frx(block);
   }
   const std::string given = layout.name.value_or(std::string(stem));
   file.component.name = Module_Name(given);

@@ -141,7 +141,7 @@ std::string Encoding_Name(service::Encoding encoding, const service::Code_Page& 
 /// Reads the files that were found, one at a time: of a file, only the decoded text stays.
 class Loader {
  public:
-  Loader(Exported_Project& project, const Read_Options& options, const service::Code_Page& page)
+  Loader(Project_Source& project, const Read_Options& options, const service::Code_Page& page)
       : project_(project), options_(options), page_(page) {}
 
   void Load(const Found_File& found) {
@@ -182,6 +182,7 @@ class Loader {
       report(fmt::format(
           "「{}」に {} として読めないバイトが {} 個あり、「\uFFFD」に置き換えました（最初は {} 行目）。正しいコードページを指定してください。",
           shown, Encoding_Name(module.encoding, page_), module.bad_bytes, module.first_bad_line));
+    if (module.design) Add_Design(found, *module.design, module.component);
     names_.emplace(folded, project_.files.size());
     file.name = name;
     file.code_hash = module.code_hash;
@@ -190,59 +191,57 @@ class Loader {
   }
 
  private:
-  Exported_Project& project_;
+  // The controls of a form, from the file beside it. Without that file the form has none.
+  void Add_Design(const Found_File& found, const Frx_Place& place,
+                  host::Component_Data& component) {
+    const fs::path path = found.path.parent_path() / fs::path(place.file);
+    std::error_code error;
+    if (!fs::exists(path, error)) return;
+    const service::Read_Result read = service::Read_File(path, options_.size_limit);
+    auto design = read.Ok() ? Read_Frx(read.bytes, place.offset) : std::nullopt;
+    const std::string shown =
+        Path_Text(fs::path(found.relative).parent_path() / fs::path(place.file));
+    if (!design) {
+      project_.problems.push_back(
+          {shown,
+           fmt::format(
+               "「{}」からフォームのコントロールを読めません。エクスポートし直してください。",
+               shown)});
+      return;
+    }
+    for (const std::string& problem : design->problems)
+      project_.problems.push_back({shown, fmt::format("「{}」の{}", shown, problem)});
+    if (!design->controls.empty()) component.controls = std::move(design->controls);
+  }
+
+  Project_Source& project_;
   const Read_Options& options_;
   const service::Code_Page& page_;
   service::Text_Map<std::size_t> names_;  ///< module names in lower case, to the file's index
 };
 
-/// The absolute path without "." and without a slash at its end.
-fs::path Real_Path(const fs::path& path) {
-  std::error_code error;
-  fs::path real = fs::absolute(path, error);
-  if (error) real = path;
-  // ".." behind a link leads elsewhere than the text says; only the system can tell.
-  const bool plain = std::find(real.begin(), real.end(), "..") == real.end();
-  if (fs::path resolved = plain ? fs::path() : fs::canonical(real, error); !plain && !error)
-    real = std::move(resolved);
-  real = real.lexically_normal();
-  return real.has_filename() || !real.has_relative_path() ? real : real.parent_path();
-}
-
 }  // namespace
 
-Exported_Project Read_Project(const fs::path& path, const Read_Options& options) {
-  Exported_Project project;
-  const auto fail = [&](std::string message) {
-    project.error = std::move(message);
-    return std::move(project);
-  };
+Project_Source Read_Exported_Files(const fs::path& path, std::string_view shown,
+                                   const Read_Options& options) {
+  Project_Source project;
   const auto page = service::Code_Page::Open(options.code_page);
-  if (!page)
-    return fail(
+  if (!page) {
+    project.error =
         fmt::format("コードページ {} は使えません。932、1252、65001 などを指定してください。",
-                    options.code_page));
-
-  const fs::path real = Real_Path(path);
-  const std::string shown = Path_Text(path);
+                    options.code_page);
+    return project;
+  }
   std::error_code error;
-  const fs::file_status status = fs::status(real, error);
-  if (path.empty() || status.type() == fs::file_type::not_found)
-    return fail(
-        fmt::format("「{}」がありません。プロジェクトのフォルダのパスを確かめてください。", shown));
-  const auto kind = Kind_Of_Extension(real.extension().string());
-  const bool single = !fs::is_directory(status);
-  if (single && (!fs::is_regular_file(status) || !kind))
-    return fail(fmt::format(
-        "「{}」はフォルダでも、エクスポートしたモジュールのファイルでもありません。", shown));
-
-  project.host_file = Path_Text(real);
-  project.name = Without_Controls(Path_Text(single ? real.stem() : real.filename()));
+  const bool single = !fs::is_directory(path, error);
+  project.host_file = Path_Text(path);
+  project.name = service::Without_Controls(Path_Text(single ? path.stem() : path.filename()));
   std::vector<Found_File> found;
   if (single)
-    found.push_back({real, real.filename().string(), *kind});
+    found.push_back({path, path.filename().string(),
+                     Kind_Of_Extension(path.extension().string()).value_or(File_Kind::Bas)});
   else
-    found = Walk(real, project.problems).Find();
+    found = Walk(path, project.problems).Find();
   Loader loader(project, options, *page);
   for (const Found_File& file : found) loader.Load(file);
   std::stable_sort(project.problems.begin(), project.problems.end(),
@@ -250,8 +249,9 @@ Exported_Project Read_Project(const fs::path& path, const Read_Options& options)
   if (!project.files.empty()) return project;
 
   const std::string why = project.problems.empty() ? "" : project.problems.front().message;
-  return fail(fmt::format(
-      "「{}」に読み込めるモジュール（.bas、.cls、.frm、.doccls）がありません。{}", shown, why));
+  project.error = fmt::format(
+      "「{}」に読み込めるモジュール（.bas、.cls、.frm、.doccls）がありません。{}", shown, why);
+  return project;
 }
 
 }  // namespace oru::provider

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <deque>
 #include <optional>
 #include <string>
 #include <utility>
@@ -16,6 +17,7 @@
 #include "provider/lines.h"
 #include "service/files.h"
 #include "service/text.h"
+#include "workbook/book.h"
 
 namespace oru::provider {
 namespace {
@@ -54,7 +56,7 @@ class Rewriter {
       : bytes_(bytes), kind_(kind), page_(page), shown_(shown) {}
 
   Rewritten Rewrite(std::span<const std::string_view> lines) {
-    encoding_ = service::Detect_Encoding(bytes_);
+    encoding_ = Encoding_Of(bytes_, kind_);
     mark_ = service::Byte_Order_Mark(encoding_);
     body_ = bytes_.substr(mark_.size());
     const service::Decoded decoded = service::Decode(bytes_, encoding_, page_);
@@ -233,54 +235,142 @@ Rewritten Rewrite_Code(std::string_view bytes, File_Kind kind,
   return Rewriter(bytes, kind, page, shown).Rewrite(lines);
 }
 
-Writer::Writer(std::vector<Module_File> files, int code_page)
-    : files_(std::move(files)), page_(service::Code_Page::Open(code_page)) {}
+namespace {
 
-Write_Result Writer::Write(std::string_view module, std::span<const std::string_view> lines) {
+std::uint64_t Hash_Of(std::span<const std::string_view> lines) {
+  std::uint64_t hash = 0;
+  for (const std::string_view line : lines) hash = Hash_Line(hash, line);
+  return hash;
+}
+
+std::string Changed_Since(std::string_view shown) {
+  return fmt::format(
+      "「{}」は読み込んだあとにほかのプログラムが変更しているため、書き込みません。読み込み直してください。",
+      shown);
+}
+
+bool Is_Same(const service::Read_Result& read, const Module_File& file) {
+  return read.bytes.size() == file.size && Hash_Bytes(read.bytes) == file.file_hash;
+}
+
+// The text of a component, and its lines.
+struct Text_Of {
+  explicit Text_Of(host::VBComponent& component) {
+    const host::CodeModule* code = component.CodeModule();
+    const int count = code == nullptr ? 0 : code->CountOfLines();
+    if (count == 0) return;
+    text = code->Lines(1, count);
+    lines = service::Split(text, "\r\n");
+  }
+  Text_Of(const Text_Of&) = delete;
+  Text_Of& operator=(const Text_Of&) = delete;
+  std::string text;
+  std::vector<std::string_view> lines;
+};
+
+}  // namespace
+
+Writer::Writer(std::vector<Module_File> files, int code_page, Book_Write_Options options)
+    : files_(std::move(files)), page_(service::Code_Page::Open(code_page)), options_(options) {}
+
+Module_File* Writer::Find(std::string_view module) {
   const auto file = std::find_if(files_.begin(), files_.end(), [&](const Module_File& candidate) {
     return service::Equal_No_Case(candidate.name, module);
   });
-  if (file == files_.end())
-    return {fmt::format("モジュール「{}」のファイルがないため、書き込めません。", module)};
-  std::uint64_t code_hash = 0;
-  for (const std::string_view line : lines) code_hash = Hash_Line(code_hash, line);
-  if (code_hash == file->code_hash) return {};
-  if (page_ == nullptr) return {"指定されたコードページは使えないため、書き込めません。"};
+  return file == files_.end() ? nullptr : &*file;
+}
 
-  const service::Read_Result old = service::Read_File(file->path);
-  if (!old.Ok()) return {old.error};
-  if (old.bytes.size() != file->size || Hash_Bytes(old.bytes) != file->file_hash)
-    return {fmt::format(
-        "「{}」は読み込んだあとにほかのプログラムが変更しているため、書き込みません。読み込み直してください。",
-        file->relative)};
-  const Rewritten now = Rewrite_Code(old.bytes, file->kind, lines, *page_, file->relative);
-  if (!now.error.empty()) return {now.error};
-  const service::File_Result put = service::Write_File(file->path, now.bytes, old.bytes);
-  if (!put.Ok()) return {put.error};
-  file->size = now.bytes.size();
-  file->file_hash = Hash_Bytes(now.bytes);
-  file->code_hash = code_hash;
-  return {"", true};
+Write_Result Writer::Write(std::string_view module, std::span<const std::string_view> lines) {
+  Module_File* file = Find(module);
+  if (file == nullptr)
+    return {fmt::format("モジュール「{}」のファイルがないため、書き込めません。", module)};
+  const Edit edit{file, Hash_Of(lines), {lines.begin(), lines.end()}};
+  if (edit.code_hash == file->code_hash) return {};
+  return file->kind == File_Kind::Stored ? Write_To_Book({&edit, 1}) : Write_File(edit);
 }
 
 Write_Result Writer::Write(host::VBComponent& component) {
-  const host::CodeModule* code = component.CodeModule();
-  const int count = code == nullptr ? 0 : code->CountOfLines();
-  const std::string text = count == 0 ? std::string() : code->Lines(1, count);
-  const std::vector<std::string_view> lines =
-      count == 0 ? std::vector<std::string_view>() : service::Split(text, "\r\n");
-  return Write(component.Name(), lines);
+  const Text_Of text(component);
+  return Write(component.Name(), text.lines);
+}
+
+Write_Result Writer::Write_File(const Edit& edit) {
+  Module_File& file = *edit.file;
+  if (page_ == nullptr) return {"指定されたコードページは使えないため、書き込めません。"};
+  const service::Read_Result old = service::Read_File(file.path);
+  if (!old.Ok()) return {old.error};
+  if (!Is_Same(old, file)) return {Changed_Since(file.relative)};
+  const Rewritten now = Rewrite_Code(old.bytes, file.kind, edit.lines, *page_, file.relative);
+  if (!now.error.empty()) return {now.error};
+  const service::File_Result put = service::Write_File(file.path, now.bytes, old.bytes);
+  if (!put.Ok()) return {put.error};
+  file.size = now.bytes.size();
+  file.file_hash = Hash_Bytes(now.bytes);
+  file.code_hash = edit.code_hash;
+  return {"", true};
+}
+
+Write_Result Writer::Write_To_Book(std::span<const Edit> edits) {
+  const Module_File first = *edits.front().file;
+  const service::Read_Result old = service::Read_File(first.path);
+  if (!old.Ok()) return {old.error};
+  if (!Is_Same(old, first)) return {Changed_Since(first.relative)};
+  workbook::Book book;
+  if (const std::string error = book.Open(old.bytes); !error.empty()) return {error};
+  const workbook::Vba_Project vba = workbook::Read_Vba(book.Project());
+  if (!vba.Ok()) return {vba.error};
+  std::vector<workbook::Changed_Module> changed;
+  for (const Edit& edit : edits) {
+    const auto module = std::find_if(
+        vba.modules.begin(), vba.modules.end(), [&](const workbook::Vba_Module& candidate) {
+          return service::Equal_No_Case(Module_Name(candidate.name), edit.file->name);
+        });
+    if (module == vba.modules.end()) return {Changed_Since(first.relative)};
+    Rewritten now =
+        Rewrite_Code(module->source, File_Kind::Stored, edit.lines, *vba.page, module->name);
+    if (!now.error.empty()) return {now.error};
+    changed.push_back({module->name, std::move(now.bytes)});
+  }
+  const Written_Book put = Write_Book(first.path, old.bytes, changed, first.relative, options_);
+  if (!put.error.empty()) return {put.error};
+  for (const Edit& edit : edits) edit.file->code_hash = edit.code_hash;
+  for (Module_File& file : files_) {
+    if (file.path != first.path) continue;
+    file.size = put.bytes.size();
+    file.file_hash = Hash_Bytes(put.bytes);
+  }
+  return {"", true};
 }
 
 std::vector<Problem> Writer::Write_Edited(host::Memory_Project& project) {
   std::vector<Problem> problems;
+  std::vector<host::Memory_Component*> in_book;
+  std::deque<Text_Of> texts;  // what the edits look at; it stays in its place
+  std::vector<Edit> edits;
   for (const auto& component : project.Components()) {
     if (!component->Is_Edited()) continue;
+    Module_File* file = Find(component->Name());
+    if (file != nullptr && file->kind == File_Kind::Stored) {
+      in_book.push_back(component.get());
+      continue;
+    }
     Write_Result result = Write(*component);
     if (result.Ok())
       component->Mark_Saved();
     else
       problems.push_back({component->Name(), std::move(result.error)});
+  }
+  for (host::Memory_Component* component : in_book) {
+    const Text_Of& text = texts.emplace_back(*component);
+    edits.push_back({Find(component->Name()), Hash_Of(text.lines), text.lines});
+  }
+  std::erase_if(edits, [](const Edit& edit) { return edit.code_hash == edit.file->code_hash; });
+  Write_Result result = edits.empty() ? Write_Result{} : Write_To_Book(edits);
+  for (host::Memory_Component* component : in_book) {
+    if (result.Ok())
+      component->Mark_Saved();
+    else
+      problems.push_back({component->Name(), result.error});
   }
   return problems;
 }

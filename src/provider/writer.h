@@ -12,7 +12,8 @@
 #include <vector>
 
 #include "host/memory_project.h"
-#include "provider/exported_folder.h"
+#include "provider/book_writer.h"
+#include "provider/project_source.h"
 #include "service/codec.h"
 
 namespace oru::provider {
@@ -37,11 +38,11 @@ struct Write_Result {
 };
 
 /// Writes the modules of one project. It knows the files as they were read, and refuses to replace
-/// one that somebody else changed since.
+/// one that somebody else changed since. A workbook is written once for all its modules.
 class Writer {
  public:
   /// `files` and the code page number are those of `Read_Project`.
-  Writer(std::vector<Module_File> files, int code_page);
+  Writer(std::vector<Module_File> files, int code_page, Book_Write_Options options = {});
 
   /// Writes a module's lines if they differ from those last read or written.
   [[nodiscard]] Write_Result Write(std::string_view module,
@@ -54,8 +55,19 @@ class Writer {
   [[nodiscard]] std::vector<Problem> Write_Edited(host::Memory_Project& project);
 
  private:
+  /// A module with the lines it shall have.
+  struct Edit {
+    Module_File* file;
+    std::uint64_t code_hash;
+    std::vector<std::string_view> lines;
+  };
+  [[nodiscard]] Module_File* Find(std::string_view module);
+  [[nodiscard]] Write_Result Write_File(const Edit& edit);
+  [[nodiscard]] Write_Result Write_To_Book(std::span<const Edit> edits);
+
   std::vector<Module_File> files_;
   std::shared_ptr<const service::Code_Page> page_;  ///< null for an unknown number
+  Book_Write_Options options_;
 };
 
 }  // namespace oru::provider

@@ -128,6 +128,16 @@ End Sub
   for (const auto& c : kCases) EXPECT_EQ(p.Field(c.module, c.member, 2), c.kind) << c.member;
 }
 
+TEST(Members, TextsOfControlsAreOneLine) {
+  test::Project p;
+  host::Control_Data box{"txtNote", "TextBox", "one\r\ntwo\tthree", std::nullopt, "a\nb"};
+  p.Add_Component(
+      {.name = "Form1", .type = host::kType_Form, .has_designer = true, .controls = {box}});
+  ASSERT_TRUE(p.Analyse());
+  EXPECT_EQ(*(*p.Tbl.Mdl_Tbl.Get("Form1"))->Ctl.Get("txtNote"),
+            "txtNote\tTextBox\tone  two three\t\ta b");
+}
+
 TEST(Members, TwoOfOneName) {
   Project p;
   p.Add("Mod1", R"(

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "provider/exported_folder.h"
+#include "provider/project_source.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 using namespace std::string_view_literals;
 using test::Temp_Folder;
 
-std::vector<std::string> Names(const Exported_Project& project) {
+std::vector<std::string> Names(const Project_Source& project) {
   std::vector<std::string> names;
   for (const auto& component : project.components) names.push_back(component.name);
   return names;
@@ -30,7 +30,7 @@ TEST(ExportedFolder, ModulesStandInByteOrderOfTheirPaths) {
   for (const char* name : {"b/x.BAS", "b.bas", "B2.Cls", "a/deep/er/f.frm", "あ.doccls", "b/y.txt",
                            "f.frx", "book.xlsm"})
     folder.Put(name, "X\r\n");
-  const Exported_Project project = Read_Project(folder.Path());
+  const Project_Source project = Read_Project(folder.Path());
   EXPECT_EQ(project.error, "");
   EXPECT_EQ(Names(project), (List{"B2", "f", "b", "x", "あ"}));
   EXPECT_TRUE(project.problems.empty());
@@ -53,7 +53,7 @@ TEST(ExportedFolder, TheNameIsTheRealFoldersName) {
 
 TEST(ExportedFolder, ASingleFileIsAProject) {
   const Temp_Folder folder;
-  const Exported_Project project = Read_Project(folder.Put("a.b.bas", "X\r\n"));
+  const Project_Source project = Read_Project(folder.Put("a.b.bas", "X\r\n"));
   EXPECT_EQ(Names(project), List{"a_b"});
   EXPECT_EQ(project.name, "a.b");
   EXPECT_EQ(project.host_file, folder / "a.b.bas");
@@ -86,7 +86,7 @@ TEST(ExportedFolder, OneBadFileDoesNotKeepTheOthersOut) {
     const Temp_Folder folder;
     folder.Put("z.bas", "Attribute VB_Name = \"Z\"\r\nX\r\n");
     folder.Put(c.name, c.bytes);
-    const Exported_Project project = Read_Project(folder.Path(), {932, 39});
+    const Project_Source project = Read_Project(folder.Path(), {932, 39});
     EXPECT_EQ(Names(project), c.names);
     ASSERT_EQ(project.problems.size(), 1u);
     EXPECT_EQ(project.problems[0].path, c.name);
@@ -104,7 +104,7 @@ TEST(ExportedFolder, WhatIsNoFileIsReported) {
   fs::create_symlink("circle.bas", folder / "circle.bas");
   fs::create_symlink("gone", folder / "no module");
   fs::create_directory(folder / "folder.bas");
-  const Exported_Project project = Read_Project(folder.Path());
+  const Project_Source project = Read_Project(folder.Path());
   EXPECT_EQ(Names(project), List{"z"});
   List paths;
   for (const Problem& problem : project.problems) paths.push_back(problem.path);
@@ -120,7 +120,7 @@ TEST(ExportedFolder, LinkedFoldersAreTakenOnce) {
   fs::create_directory_symlink(other.Path(), folder / "one");
   fs::create_directory_symlink(other.Path(), folder / "two");
   fs::create_directory_symlink(folder.Path(), folder / "real" / "up");
-  const Exported_Project project = Read_Project(folder.Path());
+  const Project_Source project = Read_Project(folder.Path());
   List paths;
   for (const Module_File& file : project.files) paths.push_back(file.relative);
   EXPECT_EQ(paths, (List{"one/b.bas", "one/deep/c.bas", "real/a.bas"}));
@@ -135,7 +135,7 @@ TEST(ExportedFolder, FailsAsAWholeWithOneMessage) {
   folder.Put("book.xlsm", "X");
   for (const char* name : {"missing", "empty", "bad", "book.xlsm", "book.xlsm/below"}) {
     SCOPED_TRACE(name);
-    const Exported_Project project = Read_Project(folder / name);
+    const Project_Source project = Read_Project(folder / name);
     EXPECT_FALSE(project.Ok());
     EXPECT_NE(project.error.find(name), std::string::npos) << project.error;
     EXPECT_TRUE(project.components.empty());

@@ -147,7 +147,7 @@ TEST(Writer, RefusesWhatCouldNotBeReadBack) {
 
 class Writer_On_Disk : public testing::Test {
  protected:
-  Exported_Project Load() { return Read_Project(folder.Path()); }
+  Project_Source Load() { return Read_Project(folder.Path()); }
   test::Temp_Folder folder;
 };
 
@@ -177,7 +177,7 @@ TEST_F(Writer_On_Disk, TheEditorsTextGoesBackToItsFiles) {
   folder.Put("a.bas", "Attribute VB_Name = \"A\"\r\nSub S()\r\n  \r\nEnd Sub\r\n");
   folder.Put("b.bas", "X\n");
   folder.Put("c.bas", "'1\n");
-  Exported_Project project = Load();
+  Project_Source project = Load();
   host::Memory_Editor editor;
   host::Memory_Project& loaded = Add_To_Editor(editor, project);
   EXPECT_EQ(editor.ActiveVBProject(), &loaded);

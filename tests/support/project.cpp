@@ -52,6 +52,10 @@ Project& Project::Add_Form(const std::string& name, std::string_view text,
     made.type_name = control.substr(colon + 1);
     data.controls.push_back(std::move(made));
   }
+  return Add_Component(std::move(data));
+}
+
+Project& Project::Add_Component(host::Component_Data data) {
   project_->Add_Component(std::move(data));
   return *this;
 }

@@ -25,6 +25,7 @@ class Project {
   Project& Add_Form(const std::string& name, std::string_view text,
                     const std::vector<std::string>& controls);
 
+  Project& Add_Component(host::Component_Data data);
   void Remove(std::string_view name);
   void Add_Reference(const std::string& name, bool is_broken);
 

@@ -11,16 +11,18 @@ namespace oru::app {
 namespace fs = std::filesystem;
 
 std::string File_Project::Open(const fs::path& project, int code_page) {
-  provider::Exported_Project read = provider::Read_Project(project, {.code_page = code_page});
+  provider::Project_Source read = provider::Read_Project(project, {.code_page = code_page});
   if (!read.Ok()) return read.error;
   Path = service::Path_Text(project);
   Problems = std::move(read.problems);
   Files = std::move(read.files);
+  if (read.workbook) App.Add_Workbook(*read.workbook);
   // The folder is where the project's own file would lie, so the analysis file goes there.
-  const bool single = Files.size() == 1 && service::Path_Text(Files.front().path) == read.host_file;
+  std::error_code error;
+  const bool folder = fs::is_directory(read.host_file, error);
   const std::string inside = read.host_file + "/" + read.name;
   host::Memory_Project& opened = provider::Add_To_Editor(Editor, read);
-  if (!single) opened.Set_FileName(inside);
+  if (folder) opened.Set_FileName(inside);
   return {};
 }
 

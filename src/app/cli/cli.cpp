@@ -62,7 +62,7 @@ void Add_Project(CLI::App& command, Common_Options& common) {
   command
       .add_option(
           "PROJECT", common.project,
-          "プロジェクト: エクスポートしたファイル (.bas .cls .frm .doccls) のフォルダ、またはその１ファイル")
+          "プロジェクト: ブック (.xlsm .xlam .xlsb .xls など)、エクスポートしたファイル (.bas .cls .frm .doccls) のフォルダ、またはその１ファイル")
       ->required();
   command
       .add_option(
@@ -115,7 +115,22 @@ enum class Needs { Nothing, Analysis, Fresh_Analysis };
 struct Command {
   Needs needs = Needs::Analysis;
   std::function<int(const Work&, const Output&)> run;
+  std::function<int(const Output&)> run_alone = {};  ///< in the place of `run`: without a session
 };
+
+// Where and how the result is printed.
+Output Output_For(const Common_Options& common, std::ostream& out, std::ostream& err) {
+  const Format format = common.json ? Format::Json : common.tsv ? Format::Tsv : Format::Columns;
+  const bool to_terminal = &out == &std::cout && !common.wide;
+  return {out, err, format, to_terminal ? Terminal_Columns(STDOUT_FILENO) : 0};
+}
+
+int Printed(std::ostream& out, std::ostream& err, int code) {
+  out.flush();
+  if (out) return code;
+  err << "oru: 結果を出力できませんでした。出力先の空き容量を確認してください。\n";
+  return kExit_Output;
+}
 
 int Run_Command(const Common_Options& common, const Command& command, std::ostream& out,
                 std::ostream& err, After after) {
@@ -140,7 +155,7 @@ int Run_Command(const Common_Options& common, const Command& command, std::ostre
                       .Use_Analysis_File = !common.no_cache && command.needs == Needs::Analysis,
                       .Process_Ends = after == After::Process_Ends});
   Session& session = *owned;
-  if (!session.AddinInstance_OnConnection(project->Editor, nullptr)) {
+  if (!session.AddinInstance_OnConnection(project->Editor, &project->App)) {
     err << "oru: 開始できませんでした。書き込めるデータフォルダを --data で指定してください。\n";
     return kExit_Stopped;
   }
@@ -165,20 +180,11 @@ int Run_Command(const Common_Options& common, const Command& command, std::ostre
     }
   }
   const double seconds = static_cast<double>(clock.Milliseconds() - start) / 1000;
-  const Format format = common.json ? Format::Json : common.tsv ? Format::Tsv : Format::Columns;
-  const bool to_terminal = &out == &std::cout && !common.wide;
   const int code =
-      command.run({session, *project, seconds},
-                  {out, err, format, to_terminal ? Terminal_Columns(STDOUT_FILENO) : 0});
-  out.flush();
-  const bool printed = static_cast<bool>(out);
+      Printed(out, err, command.run({session, *project, seconds}, Output_For(common, out, err)));
   const std::size_t modules = session.Tbl.Mdl_Tbl.Count();
   session.AddinInstance_OnDisconnection();
   if (common.stats) Tell_Statistics(session, modules, seconds, err);
-  if (!printed) {
-    err << "oru: 結果を出力できませんでした。出力先の空き容量を確認してください。\n";
-    return kExit_Output;
-  }
   if (after == After::Process_Ends) {
     (void)owned.release();
     (void)project.release();
@@ -195,10 +201,13 @@ constexpr const char* kFooter =
     "  oru refs 受注管理/ modZaiko.Get_Zaiko        呼出元と呼出先\n"
     "  oru unused 受注管理/                         どこからも参照されていないもの\n"
     "  oru history 受注管理/                        前回の解析からの変更 (★) とそれ以前の変更 (☆)\n"
+    "  oru list modules 受注管理.xlsm               ブックのマクロをそのまま読む\n"
+    "  oru extract 受注管理.xlsm src/               モジュールをファイルに書き出す\n"
+    "  oru import src/ 受注管理.xlsm                ファイルのコードをブックに取り込む\n"
     "\n"
     "終了コード: 0 正常  1 指定した名前が無い  2 使い方の誤り  3 プロジェクトを読めない\n"
-    "            4 解析の中止・失敗  5 結果を出力できない\n"
-    "モジュールのファイルは読むだけで、変更しません。解析結果はプロジェクトのフォルダの\n"
+    "            4 解析の中止・失敗  5 結果を出力できない・書き込めない\n"
+    "import のほかは、ブックとモジュールのファイルを読むだけで、変更しません。解析結果はプロジェクトのフォルダの\n"
     "「プロジェクト名.VMH」に保存し、次回は変更されたモジュールだけを解析します (--no-cache で無効)。";
 
 }  // namespace
@@ -213,6 +222,7 @@ int Run_Cli(int argc, const char* const* argv, std::ostream& out, std::ostream& 
   Common_Options common;
   List_Options list;
   History_Options history;
+  Exchange_Options exchange;
   std::string member;
   Command chosen;
   const auto choose = [&chosen](Needs needs, auto run) {
@@ -267,21 +277,39 @@ int Run_Cli(int argc, const char* const* argv, std::ostream& out, std::ostream& 
   Add_Data(*tables, common);
   tables->callback(choose(Needs::Fresh_Analysis, Cmd_Tables));
 
-  CLI::App* commands =
-      app.add_subcommand("commands", "エディターのメニューとツールバーに加わるコマンドの一覧");
-  Add_Data(*commands, common);
-  Add_Formats(*commands, common);
-  commands->callback(choose(Needs::Nothing, Cmd_Commands));
+  CLI::App* extract =
+      app.add_subcommand("extract", "ブックのモジュールをエクスポートしたファイルとして書き出す");
+  Add_Extract_Options(*extract, exchange);
+  Add_Formats(*extract, common);
+  extract->callback([&] {
+    chosen.run_alone = [&](const Output& output) { return Cmd_Extract(output, exchange); };
+  });
+  CLI::App* import = app.add_subcommand(
+      "import", "エクスポートしたファイルのコードをブックのモジュールに取り込む");
+  Add_Import_Options(*import, exchange);
+  Add_Formats(*import, common);
+  import->callback([&] {
+    chosen.run_alone = [&](const Output& output) { return Cmd_Import(output, exchange);
+};
+}  // namespace oru::app
+);
 
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::Success& help) {
-    return app.exit(help, out, err);
-  } catch (const CLI::ParseError& error) {
-    err << "oru: " << error.what() << "\n使い方は「oru --help」で表示します。\n";
-    return kExit_Usage;
-  }
-  return Run_Command(common, chosen, out, err, after);
+CLI::App* commands =
+    app.add_subcommand("commands", "エディターのメニューとツールバーに加わるコマンドの一覧");
+Add_Data(*commands, common);
+Add_Formats(*commands, common);
+commands->callback(choose(Needs::Nothing, Cmd_Commands));
+
+try {
+  app.parse(argc, argv);
+} catch (const CLI::Success& help) {
+  return app.exit(help, out, err);
+} catch (const CLI::ParseError& error) {
+  err << "oru: " << error.what() << "\n使い方は「oru --help」で表示します。\n";
+  return kExit_Usage;
+}
+if (chosen.run_alone) return Printed(out, err, chosen.run_alone(Output_For(common, out, err)));
+return Run_Command(common, chosen, out, err, after);
 }
 
 }  // namespace oru::app

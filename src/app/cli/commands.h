@@ -47,6 +47,15 @@ struct History_Options {
 };
 void Add_History_Options(CLI::App& command, History_Options& options);
 
+/// What `oru extract` and `oru import` were asked for.
+struct Exchange_Options {
+  std::string Book, Folder;
+  bool Overwrite = false;  ///< extract: replace files that have other content
+  bool Signed = false;     ///< import: write although a signature becomes invalid
+};
+void Add_Extract_Options(CLI::App& command, Exchange_Options& options);
+void Add_Import_Options(CLI::App& command, Exchange_Options& options);
+
 /// Adds the options of the two lists to their commands.
 void Add_Module_List_Options(CLI::App& command, List_Options& options);
 void Add_Procedure_List_Options(CLI::App& command, List_Options& options);
@@ -64,5 +73,9 @@ void Add_Procedure_List_Options(CLI::App& command, List_Options& options);
                               const History_Options& options);
 /// The commands of the menus, as they stand there.
 [[nodiscard]] int Cmd_Commands(const Work& work, const Output& output);
+
+/// The modules of a workbook into files, and back. They need no session.
+[[nodiscard]] int Cmd_Extract(const Output& output, const Exchange_Options& options);
+[[nodiscard]] int Cmd_Import(const Output& output, const Exchange_Options& options);
 
 }  // namespace oru::app

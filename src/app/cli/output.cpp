@@ -26,13 +26,6 @@ std::size_t Columns_Of(char32_t c) {
   return width == U_EA_FULLWIDTH || width == U_EA_WIDE ? 2 : 1;
 }
 
-std::string Without_Controls(std::string_view text) {
-  std::string clean(text);
-  for (char& c : clean)
-    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = ' ';
-  return clean;
-}
-
 std::string Cut_To(std::string_view text, std::size_t width) {
   if (Terminal_Width_Of(text) <= width) return std::string(text);
   std::size_t used = 0;
@@ -58,7 +51,7 @@ void Print_Columns(std::ostream& out, const Out_Table& table, std::size_t termin
     std::vector<std::string> shown;
     for (std::size_t c = 0; c < count; ++c) {
       const bool is_flag = table.columns[c].type == Cell_Type::Flag;
-      shown.push_back(is_flag ? (row[c] == "1" ? "○" : "") : Without_Controls(row[c]));
+      shown.push_back(is_flag ? (row[c] == "1" ? "○" : "") : service::Without_Controls(row[c]));
     }
     cells.push_back(std::move(shown));
   }
@@ -96,7 +89,7 @@ void Print_Tsv(std::ostream& out, const Out_Table& table) {
   out << '\n';
   for (const auto& row : table.rows) {
     for (std::size_t c = 0; c < row.size(); ++c)
-      out << (c == 0 ? "" : "\t") << Without_Controls(row[c]);
+      out << (c == 0 ? "" : "\t") << service::Without_Controls(row[c]);
     out << '\n';
   }
 }

@@ -13,6 +13,7 @@
 
 #include "app/cli/output.h"
 #include "service/text.h"
+#include "support/book_maker.h"
 #include "support/fakes.h"
 
 namespace oru::app {
@@ -136,6 +137,35 @@ TEST(Cli, ExitCodesTellWhatWentWrong) {
     EXPECT_NE(run.err.find(c.in_err), std::string::npos) << run.err;
     EXPECT_EQ(run.out, "");
   }
+}
+
+TEST(Cli, AWorkbookIsAProject) {
+  const test::Temp_Folder folder;
+  test::Made_Project made;
+  made.modules = {{"ThisWorkbook", "Document"},
+                  {"Sheet1", "Document"},
+                  {"modMain", "Module", "Sub Run()\r\nEnd Sub\r\n"}};
+  const std::string book = folder.Put("b.xlsm", test::Make_Xlsm(made)).string();
+  const std::string out = (folder / "out").string();
+
+  const Ran list = Oru({"list", "modules", book, "--tsv"});
+  EXPECT_EQ(list.code, kExit_Ok) << list.err;
+  for (const std::string_view told : {"ThisWorkbook", "受注", "modMain"})
+    EXPECT_NE(list.out.find(told), std::string::npos) << list.out;
+
+  EXPECT_EQ(Oru({"extract", book, out, "--tsv"}).out,
+            "file\tresult\nThisWorkbook.cls\t書き出し\nSheet1.cls\t書き出し\n"
+            "modMain.bas\t書き出し\n");
+  folder.Put("out/modMain.bas", "Attribute VB_Name = \"modMain\"\r\nSub Go()\r\nEnd Sub\r\n");
+  EXPECT_EQ(Oru({"import", out, book, "--tsv"}).out,
+            "module\tresult\nmodMain\t取り込み\nSheet1\t変更なし\nThisWorkbook\t変更なし\n");
+  EXPECT_NE(Oru({"list", "procedures", book, "--tsv"}).out.find("Go"), std::string::npos);
+
+  folder.Put("out/modMain.bas", "' another\r\n");
+  EXPECT_EQ(Oru({"extract", book, out}).code, kExit_Output);
+  EXPECT_EQ(Oru({"extract", out, out}).code, kExit_Project);
+  folder.Put("~$b.xlsm", "");
+  EXPECT_EQ(Oru({"import", out, book}).code, kExit_Output);
 }
 
 TEST(Cli, JsonIsAListOfObjects) {

@@ -4,10 +4,12 @@
 
 #include <string>
 
+#include "../fuzz/containers_entry.h"
 #include "container/archive.h"
 #include "container/byte_reader.h"
 #include "container/compound_file.h"
 #include "support/archive_maker.h"
+#include "support/corpus.h"
 
 namespace oru::container {
 namespace {
@@ -182,6 +184,11 @@ TEST(Byte_Readers, AReadBeyondTheEndFailsForGood) {
   Byte_Reader other("abc");
   EXPECT_EQ(other.Bytes(4), "");
   EXPECT_EQ(other.U8(), 0) << "failed before";
+}
+
+TEST(FuzzCorpus, OfContainers) {
+  test::Run_Corpus("compound_file", 97, fuzz::Run_Compound_File);
+  test::Run_Corpus("archive", 7, fuzz::Run_Archive);
 }
 
 }  // namespace

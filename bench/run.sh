@@ -34,4 +34,11 @@ project one-procedure --shape one-procedure --lines 240000 --modules 40
 project many-procedures --shape many-procedures --lines 180000 --modules 4
 project continuations --shape continuations --lines 250000 --modules 25
 
+book=$data/million.xlsm
+stamp="$generator $(cksum <"$build/bench/bench_make_book")"
+if [ ! -f "$book" ] || [ "$(cat "$book.stamp" 2>/dev/null)" != "$stamp" ]; then
+  "$build/bench/bench_make_book" "$data/million" "$book"
+  echo "$stamp" >"$book.stamp"
+fi
+
 exec python3 "$here/measure.py" "$build" "$data" "$@"

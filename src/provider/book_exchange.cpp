@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "provider/book_file.h"
 #include "provider/exported_folder.h"
 #include "provider/frx_form.h"
 #include "provider/module_text.h"
@@ -45,9 +46,7 @@ Opened Open(const fs::path& path) {
   if (!opened.vba.Ok())
     opened.error = fmt::format("「{}」の{}", shown, opened.vba.error);
   else if (opened.vba.locked)
-    opened.error = fmt::format(
-        "「{}」のプロジェクトは保護されています。エディターで保護を解除してから実行してください。",
-        shown);
+    opened.error = Locked_Message(shown);
   return opened;
 }
 

@@ -144,6 +144,12 @@ class Book_Reader {
 
 }  // namespace
 
+std::string Locked_Message(std::string_view shown) {
+  return fmt::format(
+      "「{}」のプロジェクトは保護されています。エディターで保護を解除してから実行してください。",
+      shown);
+}
+
 bool Is_Book(const fs::path& path) {
   const std::string extension = service::To_Lower(path.extension().string());
   if (std::find(kExtensions.begin(), kExtensions.end(), extension) != kExtensions.end())

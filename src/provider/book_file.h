@@ -22,4 +22,7 @@ namespace oru::provider {
 [[nodiscard]] Project_Source Read_Book_Bytes(std::string bytes, const std::filesystem::path& path,
                                              std::string_view shown);
 
+/// Japanese: that the project of that file is locked for viewing, and what to do.
+[[nodiscard]] std::string Locked_Message(std::string_view shown);
+
 }  // namespace oru::provider

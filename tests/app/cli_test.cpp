@@ -161,6 +161,11 @@ TEST(Cli, AWorkbookIsAProject) {
             "module\tresult\nmodMain\t取り込み\nSheet1\t変更なし\nThisWorkbook\t変更なし\n");
   EXPECT_NE(Oru({"list", "procedures", book, "--tsv"}).out.find("Go"), std::string::npos);
 
+  made.project_lines = "GC=\"0002101311131113\"\r\n";
+  const Ran locked = Oru({"analyse", folder.Put("locked.xlsm", test::Make_Xlsm(made)).string()});
+  EXPECT_EQ(locked.code, kExit_Project);
+  EXPECT_NE(locked.err.find("locked.xlsm"), std::string::npos) << locked.err;
+
   folder.Put("out/modMain.bas", "' another\r\n");
   EXPECT_EQ(Oru({"extract", book, out}).code, kExit_Output);
   EXPECT_EQ(Oru({"extract", out, out}).code, kExit_Project);

@@ -236,7 +236,7 @@ TEST(Frx, TheFormBesideItsFile) {
     const Project_Source read = Read_Project(folder.Path());
     ASSERT_EQ(read.components.size(), 1U) << read.error;
     ASSERT_EQ(read.components[0].controls.size(), c.controls);
-    if (c.controls > 0) EXPECT_EQ(read.components[0].controls[0].name, "lblA");
+    for (const auto& control : read.components[0].controls) EXPECT_EQ(control.name, "lblA");
   }
 }
 

@@ -13,6 +13,7 @@
 #include "app/cli/terminal.h"
 #include "app/file_project.h"
 #include "app/session.h"
+#include "provider/book_file.h"
 #include "service/data_folder.h"
 
 namespace oru::app {
@@ -144,6 +145,10 @@ int Run_Command(const Common_Options& common, const Command& command, std::ostre
   if (command.needs != Needs::Nothing) {
     if (const std::string error = project->Open(common.project, common.code_page); !error.empty()) {
       err << "oru: " << error << '\n';
+      return kExit_Project;
+    }
+    if (project->Editor.ActiveVBProject()->Protection() == host::Protection::Locked) {
+      err << "oru: " << provider::Locked_Message(common.project) << '\n';
       return kExit_Project;
     }
   }

@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: MIT
-#include "provider/project_source.h"
-
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -8,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "provider/project_source.h"
 #include "support/fakes.h"
 
 namespace oru::provider {

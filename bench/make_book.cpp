@@ -41,7 +41,7 @@ void Make_Book(const fs::path& folder, const fs::path& book) {
   container::Storage storage = project.Storage();
   container::Storage& vba = *storage.Find_Storage("VBA");
   for (std::size_t i = 0; i < sources.size(); ++i)
-    vba.Find_Stream(project.modules[i].name)->bytes = workbook::Compress(sources[i]).value();
+    vba.Find_Stream(project.modules[i].name)->bytes = workbook::Compress(sources[i]);
   const std::string bytes = test::Make_Xlsm(storage);
   std::ofstream out(book, std::ios::binary);
   out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));

@@ -22,13 +22,10 @@ inline void Run_Vba_Project(std::string_view input) {
   const std::string_view dir = reader.Bytes(std::min<std::size_t>(reader.U16(), reader.Left()));
   const std::string_view told = reader.Bytes(std::min<std::size_t>(reader.U8(), reader.Left()));
   const std::string_view source = reader.Bytes(reader.Left());
-  const auto packed = Compress(dir);
-  if (!packed) return;
-
   container::Storage project;
   project.streams = {{"PROJECT", std::string(told)}, {"other", "kept"}};
   container::Storage vba{.name = "VBA", .streams = {}, .storages = {}};
-  vba.streams = {{"dir", *packed}, {"_VBA_PROJECT", "cache"}, {"__SRP_0", "compiled"}};
+  vba.streams = {{"dir", Compress(dir)}, {"_VBA_PROJECT", "cache"}, {"__SRP_0", "compiled"}};
   for (const Dir_Module& module : Read_Dir(dir).modules)
     if (vba.Find_Stream(module.stream) == nullptr)
       vba.streams.push_back({module.stream, std::string(source)});

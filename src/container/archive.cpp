@@ -14,6 +14,7 @@ namespace oru::container {
 namespace {
 
 constexpr std::uint64_t kFree_Of_Ratio = std::uint64_t{4} << 20;
+constexpr std::uint64_t kFree_Of_Pieces = std::uint64_t{64} << 20;
 constexpr std::size_t kPiece = std::size_t{1} << 16;
 
 struct Close_Archive {
@@ -81,6 +82,14 @@ struct Archive::Opened {
   [[nodiscard]] std::optional<zip_uint64_t> Place(std::string_view name) const {
     const auto found = places.find(Key_Of(name));
     return found == places.end() ? std::nullopt : std::optional(found->second);
+  }
+  // What part `place` takes in the file; 0 if that is not known.
+  [[nodiscard]] std::uint64_t Packed_Size(zip_uint64_t place) const {
+    zip_stat_t stat;
+    zip_stat_init(&stat);
+    const bool known =
+        zip_stat_index(zip.get(), place, 0, &stat) == 0 && (stat.valid & ZIP_STAT_COMP_SIZE) != 0;
+    return known ? std::min<std::uint64_t>(stat.comp_size, bytes.size()) : 0;
   }
   // Unpacks part `place`, at most `most` bytes of it.
   std::string Unpack(std::string_view name, zip_uint64_t place, std::uint64_t most,
@@ -152,14 +161,13 @@ std::optional<std::string> Archive::Find(std::string_view name) const {
 Archive::Part Archive::Read(std::string_view name) const {
   const auto place = opened_ ? opened_->Place(name) : std::nullopt;
   if (!place) return {fmt::format("部品「{}」がありません。", name), {}};
+  const Limits& limits = opened_->limits;
+  const std::uint64_t most =
+      std::min(limits.part, kFree_Of_Ratio + opened_->Packed_Size(*place) * limits.ratio);
   zip_stat_t stat;
   zip_stat_init(&stat);
-  if (zip_stat_index(opened_->zip.get(), *place, 0, &stat) != 0 ||
-      (stat.valid & ZIP_STAT_COMP_SIZE) == 0)
+  if (zip_stat_index(opened_->zip.get(), *place, 0, &stat) != 0)
     return {fmt::format("部品「{}」は{}", name, Why(ZIP_ER_INCONS)), {}};
-  const Limits& limits = opened_->limits;
-  const std::uint64_t packed = std::min<std::uint64_t>(stat.comp_size, opened_->bytes.size());
-  const std::uint64_t most = std::min(limits.part, kFree_Of_Ratio + packed * limits.ratio);
   Part part;
   // What the archive says of the size is believed only within the limit.
   if ((stat.valid & ZIP_STAT_SIZE) != 0 && stat.size <= most) part.bytes.reserve(stat.size);
@@ -175,7 +183,9 @@ std::string Archive::Read_Pieces(std::string_view name,
                                  const std::function<bool(std::string_view)>& take) const {
   const auto place = opened_ ? opened_->Place(name) : std::nullopt;
   if (!place) return fmt::format("部品「{}」がありません。", name);
-  return opened_->Unpack(name, *place, opened_->limits.total, take);
+  const Limits& limits = opened_->limits;
+  return opened_->Unpack(
+      name, *place, kFree_Of_Pieces + opened_->Packed_Size(*place) * limits.ratio_of_pieces, take);
 }
 
 bool Archive::Same_Parts(const Archive& other, std::string_view except) const {

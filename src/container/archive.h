@@ -25,6 +25,8 @@ class Archive {
     std::uint64_t total = std::uint64_t{1} << 32;  ///< of all that is unpacked, in bytes
     /// Unpacked size to packed size of a part that is held, beyond the first 4 MiB.
     std::uint64_t ratio = 100;
+    /// The same of a part that is read in pieces, beyond the first 64 MiB.
+    std::uint64_t ratio_of_pieces = 200;
   };
   /// A part's content or why there is none.
   struct Part {

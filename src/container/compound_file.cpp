@@ -14,6 +14,7 @@
 #include <mutex>
 #include <utility>
 
+#include "container/directory_depth.h"
 #include "service/text.h"
 
 namespace oru::container {
@@ -21,6 +22,8 @@ namespace {
 
 constexpr std::string_view kSignature = "\xD0\xCF\x11\xE0\xA1\xB1\x1A\xE1";
 constexpr int kMost_Levels = 32;
+constexpr std::size_t kMost_Depth =
+    10'000;  // entries are often a chain, and a project has thousands of streams at most
 constexpr std::string_view kDamaged = "ファイル（複合ファイル形式）が破損しています。";
 
 struct Unref {
@@ -118,11 +121,14 @@ bool Is_Compound(std::string_view bytes) {
 Compound_File Read_Compound(std::string_view bytes) {
   Compound_File file;
   Start_Library();
+  if (!Is_Compound(bytes) || Directory_Depth(bytes, kMost_Depth) > kMost_Depth) {
+    file.error = kDamaged;
+    return file;
+  }
   const Held<GsfInput> input(gsf_input_memory_new(reinterpret_cast<const guint8*>(bytes.data()),
                                                   static_cast<gsf_off_t>(bytes.size()), FALSE));
   GError* error = nullptr;
-  const Held<GsfInfile> root(Is_Compound(bytes) ? gsf_infile_msole_new(input.get(), &error)
-                                                : nullptr);
+  const Held<GsfInfile> root(gsf_infile_msole_new(input.get(), &error));
   if (error != nullptr) g_error_free(error);
   std::size_t budget = bytes.size();
   if (!root || !Read_Storage(root.get(), file.root, budget, 0)) {

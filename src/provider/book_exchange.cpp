@@ -4,12 +4,14 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "provider/book_file.h"
 #include "provider/exported_folder.h"
 #include "provider/frx_form.h"
 #include "provider/module_text.h"
+#include "service/collection.h"
 #include "service/files.h"
 #include "service/text.h"
 #include "workbook/book.h"
@@ -58,6 +60,23 @@ std::string File_Stem(std::string_view module) {
   return stem;
 }
 
+// True if a file of that kind can be the export of a module of that type.
+bool Fits(File_Kind kind, int type) {
+  switch (kind) {
+    case File_Kind::Bas:
+      return type == host::kType_Module;
+    case File_Kind::Frm:
+      return type == host::kType_Form;
+    case File_Kind::Doccls:
+      return type == host::kType_Document;
+    case File_Kind::Cls:
+      return type == host::kType_Class || type == host::kType_Document;
+    case File_Kind::Stored:
+      break;
+  }
+  return false;
+}
+
 struct New_File {
   fs::path path;
   std::string bytes;
@@ -65,12 +84,23 @@ struct New_File {
 
 std::vector<New_File> Files_Of(const Opened& opened, const fs::path& folder, Exchange& exchange) {
   std::vector<New_File> files;
+  service::Text_Map<bool> modules, stems;
   for (const workbook::Vba_Module& module : opened.vba.modules) {
     if (!module.error.empty()) {
       exchange.problems.push_back({module.name, module.error + "このモジュールは書き出しません。"});
       continue;
     }
-    const std::string stem = File_Stem(module.name);
+    if (!modules.emplace(service::To_Lower(Module_Name(module.name)), true).second) {
+      exchange.problems.push_back(
+          {module.name,
+           fmt::format("モジュール「{}」は名前が重複しているため書き出しません。", module.name)});
+      continue;
+    }
+    // Names of modules may differ in what no file system, or only some, tells apart.
+    const std::string own = File_Stem(module.name);
+    std::string stem = own;
+    for (int i = 2; !stems.emplace(service::To_Lower(stem), true).second; ++i)
+      stem = fmt::format("{}_{}", own, i);
     const container::Storage* design =
         module.type == host::kType_Form ? opened.book.Project().Find_Storage(module.name) : nullptr;
     const auto* layout = design == nullptr ? nullptr : design->Find_Stream("\x03VBFrame");
@@ -107,7 +137,14 @@ Exchange Extract_Book(const fs::path& book, const fs::path& folder, Existing exi
   std::vector<New_File> files = Files_Of(opened, folder, exchange);
   std::vector<std::optional<std::string>> old(files.size());
   for (std::size_t i = 0; i < files.size(); ++i) {
-    if (fs::symlink_status(files[i].path, failed).type() == fs::file_type::not_found) continue;
+    const fs::file_type type = fs::symlink_status(files[i].path, failed).type();
+    if (type == fs::file_type::not_found) continue;
+    if (type != fs::file_type::regular) {
+      exchange.error = fmt::format(
+          "「{}」はふつうのファイルではない（リンクなど）ため、何も書き出しません。取り除くか、別のフォルダを指定してください。",
+          Path_Text(files[i].path));
+      return exchange;
+    }
     service::Read_Result read = service::Read_File(files[i].path);
     if (!read.Ok()) {
       exchange.error = std::move(read.error);
@@ -150,13 +187,16 @@ Exchange Import_Files(const fs::path& folder, const fs::path& book,
   if (!opened.error.empty()) return fail(opened.error);
   const Project_Source files = Read_Project(folder, {.code_page = opened.vba.code_page});
   if (!files.Ok()) return fail(files.error);
+  for (const Problem& problem : files.problems)
+    if (problem.kind == Problem::Kind::Twice)
+      return fail(fmt::format("{}何も書き込みません。", problem.message));
+  if (files.files.front().kind == File_Kind::Stored)
+    return fail(fmt::format("「{}」はエクスポートしたファイルのフォルダではありません。",
+                            Path_Text(folder)));
   exchange.unread = false;
 
   std::vector<workbook::Changed_Module> changed;
   for (const Module_File& file : files.files) {
-    if (file.kind == File_Kind::Stored)
-      return fail(fmt::format("「{}」はエクスポートしたファイルのフォルダではありません。",
-                              Path_Text(folder)));
     const auto module =
         std::find_if(opened.vba.modules.begin(), opened.vba.modules.end(),
                      [&](const workbook::Vba_Module& candidate) {
@@ -168,6 +208,14 @@ Exchange Import_Files(const fs::path& folder, const fs::path& book,
            fmt::format(
                "「{}」のモジュール「{}」はブックにないため、取り込みません。追加はエディターで行ってください。",
                file.relative, file.name)});
+      continue;
+    }
+    if (!Fits(file.kind, module->type)) {
+      exchange.problems.push_back(
+          {file.relative,
+           fmt::format(
+               "「{}」はモジュール「{}」と種類が違うため、取り込みません。種類の変更はエディターで行ってください。",
+               file.relative, module->name)});
       continue;
     }
     const service::Read_Result read = service::Read_File(file.path);
@@ -182,7 +230,9 @@ Exchange Import_Files(const fs::path& folder, const fs::path& book,
     exchange.written.push_back(module->name);
     changed.push_back({module->name, std::move(source.bytes)});
   }
-  exchange.problems.insert(exchange.problems.end(), files.problems.begin(), files.problems.end());
+  // What else was found in the files does not matter here: their bytes are taken as they are.
+  std::copy_if(files.problems.begin(), files.problems.end(), std::back_inserter(exchange.problems),
+               [](const Problem& problem) { return problem.kind == Problem::Kind::Left_Out; });
   if (changed.empty()) return exchange;
   const Written_Book written = Write_Book(book, opened.bytes, changed, Path_Text(book), options);
   if (!written.error.empty()) {

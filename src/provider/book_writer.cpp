@@ -37,6 +37,7 @@ std::string Difference(const workbook::Book& was, const workbook::Book& now,
           return service::Equal_No_Case(c.name, before.name);
         });
     const std::string& wanted = change == changed.end() ? before.source : change->source;
+    if (before.error.empty() && !after.error.empty()) return after.error;
     if (before.name != after.name || before.type != after.type || before.error != after.error ||
         after.source != wanted)
       return fmt::format("モジュール「{}」が別の内容になります。", before.name);
@@ -58,7 +59,11 @@ fs::path Backup_Of(const fs::path& path) {
 // The host puts a file of this name beside each workbook that it has open.
 bool Is_Open_In_Host(const fs::path& path) {
   std::error_code error;
-  return fs::exists(path.parent_path() / ("~$" + path.filename().string()), error);
+  const auto marked = [&](const fs::path& file) {
+    return fs::exists(file.parent_path() / ("~$" + file.filename().string()), error);
+  };
+  const fs::path real = fs::canonical(path, error);
+  return marked(path) || (!error && marked(real));
 }
 
 }  // namespace

@@ -146,8 +146,8 @@ class Loader {
 
   void Load(const Found_File& found) {
     const std::string shown = Path_Text(found.relative);
-    const auto report = [&](std::string message) {
-      project_.problems.push_back({shown, std::move(message)});
+    const auto report = [&](std::string message, Problem::Kind kind = Problem::Kind::Left_Out) {
+      project_.problems.push_back({shown, std::move(message), kind});
     };
     service::Read_Result read = service::Read_File(found.path, options_.size_limit);
     if (!read.Ok()) return report(read.error + "このファイルを除いて読み込みました。");
@@ -171,17 +171,24 @@ class Loader {
           shown));
     const std::string folded = service::To_Lower(name);
     if (const auto first = names_.find(folded); first != names_.end())
-      return report(fmt::format(
-          "「{}」のモジュール名「{}」は「{}」と同じため、除いて読み込みました。どちらかの名前を変えてください。",
-          shown, name, project_.files[first->second].relative));
+      return report(
+          fmt::format(
+              "「{}」のモジュール名「{}」は「{}」と同じため、除いて読み込みました。どちらかの名前を変えてください。",
+              shown, name, project_.files[first->second].relative),
+          Problem::Kind::Twice);
     if (module.name_changed)
-      report(fmt::format(
-          "「{}」のモジュール名は空か、使えない文字を含むため、「{}」として読み込みました。VB_Name を直してください。",
-          shown, name));
+      report(
+          fmt::format(
+              "「{}」のモジュール名は空か、使えない文字を含むため、「{}」として読み込みました。VB_Name を直してください。",
+              shown, name),
+          Problem::Kind::Note);
     if (module.bad_bytes > 0)
-      report(fmt::format(
-          "「{}」に {} として読めないバイトが {} 個あり、「\uFFFD」に置き換えました（最初は {} 行目）。正しいコードページを指定してください。",
-          shown, Encoding_Name(module.encoding, page_), module.bad_bytes, module.first_bad_line));
+      report(
+          fmt::format(
+              "「{}」に {} として読めないバイトが {} 個あり、「\uFFFD」に置き換えました（最初は {} 行目）。正しいコードページを指定してください。",
+              shown, Encoding_Name(module.encoding, page_), module.bad_bytes,
+              module.first_bad_line),
+          Problem::Kind::Note);
     if (module.design) Add_Design(found, *module.design, module.component);
     names_.emplace(folded, project_.files.size());
     file.name = name;

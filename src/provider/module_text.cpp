@@ -32,6 +32,11 @@ bool Is_Binding(std::string_view name) {
   });
 }
 
+// An attribute that no import changes.
+bool Is_Own(std::string_view name) {
+  return Is_Binding(name) || service::Equal_No_Case(name, "VB_Name");
+}
+
 // An attribute of the module, with its line.
 struct Head_Line {
   std::string_view name;
@@ -171,14 +176,13 @@ Imported_Source To_Source(std::string_view file, std::string_view old_source,
   for (const Head_Line& line : old_head.lines) {
     const Head_Line* given = Find(new_head, line.name, Place_Of(old_head, line));
     // The name's letter case is the workbook's; a file without any attribute changes none.
-    if (new_head.lines.empty() || Is_Binding(line.name) ||
-        service::Equal_No_Case(line.name, "VB_Name"))
+    if (new_head.lines.empty() || Is_Own(line.name))
       lines.push_back(line.content);
     else if (given != nullptr)
       lines.push_back(given->content);
   }
   for (const Head_Line& line : new_head.lines)
-    if (Find(old_head, line.name, Place_Of(new_head, line)) == nullptr)
+    if (!Is_Own(line.name) && Find(old_head, line.name, Place_Of(new_head, line)) == nullptr)
       lines.push_back(line.content);
   const std::string_view body = file.substr(new_head.end);
   for (const Line& line : All_Lines(body)) lines.push_back(line.Content(body));

@@ -27,8 +27,14 @@ struct Read_Options {
 
 /// Something wrong with one file, folder, or part of a workbook.
 struct Problem {
+  enum class Kind : std::uint8_t {
+    Note,      ///< it was read all the same
+    Left_Out,  ///< it is not part of the project
+    Twice      ///< left out because another file gives a module of that name
+  };
   std::string path;     ///< relative to the project's folder, "/" between folders
   std::string message;  ///< Japanese: what is wrong with which file, and what to do
+  Kind kind = Kind::Note;
 };
 
 /// Where a module came from; what `Writer` needs to write it back.

@@ -246,8 +246,10 @@ Control_Record Read_Shape(const Shape& shape, std::string_view bytes) {
   if (has_size && shape.size_first) control.size = record.Size();
   for (const auto& [use, count] : texts) {
     std::string text = record.Text(count);
-    if (use == Use::Caption) control.caption = std::move(text);
-    if (use == Use::Value) control.value = std::move(text);
+    if (use == Use::Caption)
+      control.caption = std::move(text);
+    else if (use == Use::Value)
+      control.value = std::move(text);
   }
   if (has_size && !shape.size_first) control.size = record.Size();
   control.ok = record.Raw().Ok();

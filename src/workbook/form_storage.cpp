@@ -7,6 +7,7 @@
 #include <array>
 #include <cmath>
 #include <optional>
+#include <set>
 #include <string_view>
 #include <utility>
 
@@ -69,7 +70,7 @@ class Form_Reader {
  public:
   Form_Storage Read(const Storage& form) {
     read_.caption = Read_Level(form, {}, 0).caption;
-    if (read_.controls.size() == kMost_Controls) Report({}, "コントロールが多すぎます。");
+    if (sites_ == kMost_Controls) Report({}, "コントロールが多すぎます。");
     return std::move(read_);
   }
 
@@ -77,7 +78,8 @@ class Form_Reader {
   // Reads the sites of a storage and what is in its containers; gives the form's own record.
   Form_Record Read_Level(const Storage& storage, const std::string& container, int level) {
     const Stream* sites = storage.Find_Stream("f");
-    if (sites == nullptr || level > kMost_Levels) {
+    // Each storage once: two containers of one number would be read over and over again.
+    if (sites == nullptr || level > kMost_Levels || !storages_.insert(&storage).second) {
       Report(container, "画面の情報（f ストリーム）がありません。");
       return {};
     }
@@ -86,6 +88,8 @@ class Form_Reader {
     const Stream* objects = storage.Find_Stream("o");
     std::string_view records = objects == nullptr ? std::string_view() : objects->bytes;
     for (const Form_Site& site : form.sites) {
+      if (sites_ == kMost_Controls) break;
+      ++sites_;
       std::string_view record;
       if ((site.flags & Form_Site::kStreamed) != 0) {
         const std::size_t size = std::min<std::size_t>(site.stream_size, records.size());
@@ -117,7 +121,6 @@ class Form_Reader {
     if ((site.flags & Form_Site::kStreamed) == 0)
       inner = storage.Find_Storage(fmt::format("i{:02}", site.id));
     const std::size_t place = read_.controls.size();
-    if (place == kMost_Controls) return;
     if (!is_page) read_.controls.emplace_back();
 
     Control_Record own;
@@ -175,6 +178,8 @@ class Form_Reader {
   }
 
   Form_Storage read_;
+  std::size_t sites_ = 0;              // read so far, pages and nameless ones too
+  std::set<const Storage*> storages_;  // read so far
 };
 
 }  // namespace

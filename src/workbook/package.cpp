@@ -40,9 +40,8 @@ const Relationship* Relationships::Of_Type(std::string_view type) const {
 }
 
 const Relationship* Relationships::Of_Id(std::string_view id) const {
-  const auto at = std::find_if(list.begin(), list.end(),
-                               [&](const Relationship& entry) { return entry.id == id; });
-  return at == list.end() ? nullptr : &*at;
+  const auto at = places.find(id);
+  return at == places.end() ? nullptr : &list[at->second];
 }
 
 Relationships Read_Relationships(const container::Archive& archive, std::string_view part) {
@@ -54,6 +53,7 @@ Relationships Read_Relationships(const container::Archive& archive, std::string_
   const auto take = [&](const Xml_Element& element) {
     if (element.name != "Relationship" || element.Get("TargetMode") == "External") return;
     const std::string_view type = element.Get("Type");
+    read.places.emplace(element.Get("Id"), read.list.size());
     read.list.push_back({std::string(element.Get("Id")),
                          std::string(type.substr(type.rfind('/') + 1)),
                          Resolve(folder, element.Get("Target"))});

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "container/archive.h"
+#include "service/collection.h"
 
 namespace oru::workbook {
 
@@ -21,6 +22,7 @@ struct Relationship {
 struct Relationships {
   std::string error;  ///< empty, or what is wrong, in Japanese
   std::vector<Relationship> list;
+  service::Text_Map<std::size_t> places;  ///< in the list, by id
   /// The first one of a type, or the one of that id; null if there is none.
   [[nodiscard]] const Relationship* Of_Type(std::string_view type) const;
   [[nodiscard]] const Relationship* Of_Id(std::string_view id) const;

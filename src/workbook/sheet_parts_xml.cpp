@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <charconv>
+#include <unordered_map>
 #include <utility>
 
 #include "workbook/sheet_parts.h"
@@ -38,21 +39,21 @@ Book_Part Read_Book_Xml(const container::Archive& archive, std::string_view part
 Sheet_Part Read_Sheet_Xml(const container::Archive& archive, std::string_view part) {
   Sheet_Part read;
   Control_Entry* open = nullptr;
+  std::unordered_map<std::uint32_t, std::size_t> places;  // of the controls, by shape
   const auto begin = [&](const Xml_Element& element) {
     if (element.name == "sheetPr") {
       read.code_name = std::string(element.Get("codeName"));
     } else if (element.name == "control") {
       const std::uint32_t id = Number(element.Get("shapeId"));
       // Each stands twice: for hosts that know its properties, and for those that do not.
-      const auto at =
-          std::find_if(read.controls.begin(), read.controls.end(),
-                       [&](const Control_Entry& entry) { return id != 0 && entry.shape_id == id; });
-      if (at == read.controls.end()) {
+      const auto at = places.find(id);
+      if (id == 0 || at == places.end()) {
+        places.emplace(id, read.controls.size());
         read.controls.push_back(
             {id, std::string(element.Get("name")), std::string(element.Get("id", true)), {}});
         open = &read.controls.back();
       } else {
-        open = &*at;
+        open = &read.controls[at->second];
       }
     } else if (element.name == "controlPr" && open != nullptr && open->macro.empty()) {
       open->macro = std::string(element.Get("macro"));

@@ -151,7 +151,7 @@ std::optional<std::string> Decompress(std::string_view packed, std::size_t most)
   return out;
 }
 
-std::optional<std::string> Compress(std::string_view bytes) {
+std::string Compress(std::string_view bytes) {
   std::string out(1, kSignature);
   for (std::size_t at = 0; at < bytes.size(); at += kChunk) {
     const std::string_view chunk = bytes.substr(at, kChunk);
@@ -160,9 +160,9 @@ std::optional<std::string> Compress(std::string_view bytes) {
       Put_Header(out, kIs_Packed | kMark | static_cast<unsigned>(packed.size() - 1));
       out += packed;
     } else {
-      if (chunk.size() < kChunk) return std::nullopt;  // an unpacked chunk has no length
+      // An unpacked chunk has no length: the last one is filled up ([MS-OVBA] 2.4.1.3.10).
       Put_Header(out, kMark | static_cast<unsigned>(kChunk - 1));
-      out += chunk;
+      out.append(chunk).append(kChunk - chunk.size(), '\0');
     }
   }
   return out;

@@ -15,8 +15,8 @@ namespace oru::workbook {
 /// `most` bytes in all (a few bytes can stand for 4096).
 [[nodiscard]] std::optional<std::string> Decompress(std::string_view packed, std::size_t most);
 
-/// Packs bytes so that `Decompress` gives them again; nothing for bytes that the form cannot hold
-/// (a last piece below 4096 bytes without any repetition; no text is like that).
-[[nodiscard]] std::optional<std::string> Compress(std::string_view bytes);
+/// Packs bytes so that `Decompress` gives them again. A last piece below 4096 bytes with hardly any
+/// repetition can only be held filled up with zero bytes, as the host does it: these come back too.
+[[nodiscard]] std::string Compress(std::string_view bytes);
 
 }  // namespace oru::workbook

@@ -15,6 +15,8 @@
 namespace oru::workbook {
 namespace {
 
+constexpr std::size_t kMost_Modules = 10'000;  // no host makes as many
+
 using container::Byte_Reader;
 
 // The records' numbers, as the format's description names them.
@@ -158,6 +160,12 @@ class Dir_Reader {
     if (page_ == nullptr) Set_Page();
     const std::size_t expected = done_ ? announced_ : std::max<std::size_t>(announced_, 1);
     if (dir_.modules.size() < expected) return Fail(bytes_.size());
+    if (dir_.modules.size() > kMost_Modules) {
+      Vba_Dir failed;
+      failed.error =
+          fmt::format("モジュールが多すぎるため、読み込みません（上限 {} 個）。", kMost_Modules);
+      return failed;
+    }
     if (page_->Number() == dir_.code_page) dir_.page = page_;
     for (Dir_Module& module : dir_.modules)
       if (module.stream.empty()) module.stream = module.name;
@@ -165,7 +173,7 @@ class Dir_Reader {
   }
 
  private:
-  Vba_Dir Fail(std::size_t at) const {
+  [[nodiscard]] Vba_Dir Fail(std::size_t at) const {
     Vba_Dir failed;
     failed.error =
         fmt::format("マクロの一覧（dir ストリーム）が {} バイト目の近くで破損しています。", at);
@@ -240,6 +248,7 @@ class Dir_Reader {
   }
 
   void Take_Module(std::uint16_t id, std::string_view payload, std::size_t at) {
+    if (dir_.modules.size() > kMost_Modules) return;
     if (id == kModule_Name) {
       dir_.modules.emplace_back().name = Text(payload);
       return;

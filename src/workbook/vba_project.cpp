@@ -10,6 +10,7 @@
 
 #include "host/model.h"
 #include "service/codec.h"
+#include "service/collection.h"
 #include "service/text.h"
 #include "workbook/project_stream.h"
 #include "workbook/vba_compression.h"
@@ -103,6 +104,8 @@ std::string Source_Of(const Storage& vba, const Dir_Module& module, std::size_t&
     return {};
   }
   budget -= source->size();
+  // What a chunk is filled up with belongs to no source.
+  source->resize(source->find_last_not_of('\0') + 1);
   return std::move(*source);
 }
 
@@ -182,17 +185,17 @@ Vba_Project Read_Vba(const Storage& project) {
 
   const Storage& vba = *project.Find_Storage(kVba);
   std::size_t budget = kFree_Of_Ratio + kMost_Ratio * Packed_Size(vba);
+  service::Text_Map<Item_Kind> kinds;
+  for (const Project_Item& item : told.items)
+    kinds.emplace(service::To_Lower(item.name), item.kind);
   for (const Dir_Module& from : dir.modules) {
     Vba_Module module;
     module.name = from.name;
     module.source = Source_Of(vba, from, budget, module.error);
     const std::string_view base = Base_Of(module.source);
-    const auto item =
-        std::find_if(told.items.begin(), told.items.end(), [&](const Project_Item& candidate) {
-          return service::Equal_No_Case(candidate.name, from.name);
-        });
+    const auto told_kind = kinds.find(service::To_Lower(from.name));
     const Item_Kind kind =
-        item == told.items.end() ? Kind_By_Source(project, from, base) : item->kind;
+        told_kind == kinds.end() ? Kind_By_Source(project, from, base) : told_kind->second;
     module.type = Type_Of(kind);
     if (kind == Item_Kind::Document) module.document = Document_Of(base);
     read.modules.push_back(std::move(module));
@@ -213,14 +216,10 @@ std::string Write_Vba(Storage& project, const std::vector<Changed_Module>& chang
       return fmt::format(
           "モジュール「{}」のソースの置き場所が、ファイルに正しく記録されていません。",
           change.name);
-    auto packed = Compress(change.source);
-    if (!packed) return fmt::format("モジュール「{}」のソースを圧縮できません。", change.name);
-    stream->bytes = std::move(*packed);
+    stream->bytes = Compress(change.source);
     read.bytes.replace(module->offset_at, 4, 4, '\0');
   }
-  auto dir = Compress(read.bytes);
-  if (!dir) return "マクロの一覧（dir ストリーム）を圧縮できません。";
-  vba.Find_Stream(kDir)->bytes = std::move(*dir);
+  vba.Find_Stream(kDir)->bytes = Compress(read.bytes);
   if (Stream* cache = vba.Find_Stream(kCache); cache != nullptr) cache->bytes = kEmpty_Cache;
   std::erase_if(vba.streams, Is_Compiled);
   *project.Find_Storage(kVba) = std::move(vba);

@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <map>
 #include <set>
 #include <utility>
 
@@ -15,6 +16,7 @@ namespace oru::workbook {
 namespace {
 
 constexpr int kActive_X = 2;
+constexpr std::size_t kMost_Problems = 100;  // nobody reads more
 
 bool Is_Binary(std::string_view part) {
   return part.size() > 4 && service::Equal_No_Case(part.substr(part.size() - 4), ".bin");
@@ -43,7 +45,8 @@ class Parts_Reader {
       const Relationship* link = links.Of_Id(entry.relationship_id);
       host::Sheet_Data& sheet = parts_.workbook.sheets.emplace_back();
       sheet.name = entry.name;
-      if (link != nullptr) {
+      // A part is one sheet's: what is read over and over again takes for ever.
+      if (link != nullptr && read_.insert(link->target).second) {
         Read_Sheet(link->target, sheet);
         continue;
       }
@@ -55,7 +58,8 @@ class Parts_Reader {
 
  private:
   void Report(std::string message) {
-    if (!message.empty()) parts_.problems.push_back(std::move(message));
+    if (!message.empty() && parts_.problems.size() < kMost_Problems)
+      parts_.problems.push_back(std::move(message));
   }
 
   void Read_Sheet(const std::string& part, host::Sheet_Data& sheet) {
@@ -72,9 +76,11 @@ class Parts_Reader {
     sheet.shapes_fail = !links.error.empty();
 
     Drawing_Part drawing, legacy;
-    if (const Relationship* link = links.Of_Type("drawing"); link != nullptr)
+    if (const Relationship* link = links.Of_Type("drawing");
+        link != nullptr && read_.insert(link->target).second)
       drawing = Read_Drawing(archive_, link->target);
-    if (const Relationship* link = links.Of_Type("vmlDrawing"); link != nullptr)
+    if (const Relationship* link = links.Of_Type("vmlDrawing");
+        link != nullptr && read_.insert(link->target).second)
       legacy = Read_Legacy_Drawing(archive_, link->target);
     for (const Drawing_Part* one : {&drawing, &legacy}) {
       if (one->error.empty()) continue;
@@ -90,22 +96,24 @@ class Parts_Reader {
     };
     for (const Macro_Shape& shape : drawing.shapes) add_shape(shape.id, shape.macro);
     for (const Macro_Shape& shape : legacy.shapes) add_shape(shape.id, shape.macro);
+    std::map<std::uint32_t, const std::string*> names;
+    for (const Macro_Shape& shape : legacy.shapes)
+      if (shape.id != 0) names.emplace(shape.id, &shape.name);
     for (const Control_Entry& control : read.controls) {
       const Relationship* link = links.Of_Id(control.relationship_id);
       if (link == nullptr || link->type != "control") {
         add_shape(control.shape_id, control.macro);
         continue;
       }
-      const auto named = std::find_if(
-          legacy.shapes.begin(), legacy.shapes.end(),
-          [&](const Macro_Shape& shape) { return shape.id == control.shape_id && shape.id != 0; });
-      const bool has_name = control.name.empty() && named != legacy.shapes.end();
-      sheet.ole_objects.push_back({has_name ? named->name : control.name, kActive_X});
+      const auto named = names.find(control.shape_id);
+      const bool has_name = control.name.empty() && named != names.end();
+      sheet.ole_objects.push_back({has_name ? *named->second : control.name, kActive_X});
     }
   }
 
   const container::Archive& archive_;
   Workbook_Parts parts_;
+  std::set<std::string> read_;  // sheet parts and drawings
 };
 
 }  // namespace

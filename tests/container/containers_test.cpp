@@ -104,6 +104,14 @@ TEST(Compound_Files, ALoopInAChainOfSectorsGivesNoWrongBytes) {
   EXPECT_GT(refused, 30) << "all but those of the directory";
 }
 
+TEST(Compound_Files, AChainOfEntriesHasALimit) {
+  Storage root;
+  for (int i = 0; i < 12'000; ++i) root.streams.push_back({"s" + std::to_string(i), ""});
+  EXPECT_NE(Read_Compound(Write_Compound(root)).error, "");
+  root.streams.resize(3'000);
+  EXPECT_EQ(Read_Compound(Write_Compound(root)).root.streams.size(), 3'000U);
+}
+
 TEST(Archives, PartsAreFoundAndRead) {
   const std::string bytes = test::Make_Archive(
       {{"xl/workbook.xml", "<a/>"}, {"xl/vbaProject.bin", Bulk(3000)}, {"日本語.txt", "x"}});

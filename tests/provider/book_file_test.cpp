@@ -18,7 +18,6 @@
 namespace oru::provider {
 namespace {
 
-using test::Made_Module;
 using test::Made_Project;
 
 constexpr std::string_view kWorkbook_Base =

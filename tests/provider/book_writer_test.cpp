@@ -43,17 +43,17 @@ std::string Source_In(const std::string& bytes, std::string_view module) {
 
 class Books : public testing::Test {
  protected:
-  List Files() const {
+  [[nodiscard]] List Files() const {
     List names;
     for (const auto& entry : fs::directory_iterator(folder.Path()))
       names.push_back(entry.path().filename().string());
     std::sort(names.begin(), names.end());
     return names;
   }
-  Exchange Extract(Existing existing = Existing::Refuse) const {
+  [[nodiscard]] Exchange Extract(Existing existing = Existing::Refuse) const {
     return Extract_Book(folder / "b.xlsm", folder / "out", existing);
   }
-  Exchange Import(const Book_Write_Options& options = {}) const {
+  [[nodiscard]] Exchange Import(const Book_Write_Options& options = {}) const {
     return Import_Files(folder / "out", folder / "b.xlsm", options);
   }
 
@@ -184,6 +184,45 @@ TEST_F(Books, ExtractImportAndExtractGiveTheSameFiles) {
   EXPECT_EQ(again.written, List{"modMain.bas"});
   EXPECT_EQ(folder.Get("out/modMain.bas"), source);
   EXPECT_TRUE(Import().written.empty());
+}
+
+TEST_F(Books, ExtractedFilesHaveNamesOfTheirOwn) {
+  test::Made_Project made;
+  made.modules = {{"a/b"}, {"a\\b"}, {"A_B"}, {"modC"}, {"MODC"}};
+  folder.Put("b.xlsm", test::Make_Xlsm(made));
+  const Exchange first = Extract();
+  EXPECT_EQ(first.error, "");
+  EXPECT_EQ(first.written, (List{"a_b.bas", "a_b_2.bas", "A_B_3.bas", "modC.bas"}));
+  ASSERT_EQ(first.problems.size(), 1U);
+  EXPECT_NE(first.problems[0].message.find("MODC"), std::string::npos);
+  // A link would lead out of the folder.
+  folder.Put("outside", "x");
+  fs::remove(folder / "out/modC.bas");
+  fs::create_symlink(folder / "outside", folder / "out/modC.bas");
+  EXPECT_FALSE(Extract(Existing::Replace).Ok());
+  EXPECT_EQ(folder.Get("outside"), "x");
+}
+
+TEST_F(Books, AnImportTakesNoFileInAModulesPlaceByChance) {
+  folder.Put("b.xlsm", bytes);
+  folder.Put("out/modMain.cls", "Attribute VB_Name = \"modMain\"\r\nX\r\n");
+  Exchange import = Import();
+  EXPECT_EQ(import.error, "");
+  ASSERT_EQ(import.problems.size(), 1U);
+  EXPECT_NE(import.problems[0].message.find("種類"), std::string::npos);
+  folder.Put("out/clsOrder.cls", "Attribute VB_Name = \"clsOrder\"\r\nX\r\n");
+  folder.Put("out/second.cls", "Attribute VB_Name = \"CLSORDER\"\r\nY\r\n");
+  import = Import();
+  EXPECT_NE(import.error.find("second.cls"), std::string::npos) << import.error;
+  EXPECT_EQ(folder.Get("b.xlsm"), bytes);
+  // A link to a workbook that is open.
+  folder.Put("real/book.xlsm", bytes);
+  folder.Put("real/~$book.xlsm", "");
+  fs::create_symlink(folder / "real/book.xlsm", folder / "link.xlsm");
+  const Written_Book put =
+      Write_Book(folder / "link.xlsm", bytes, {{"modMain", "X\r\n"}}, "link.xlsm", {});
+  EXPECT_NE(put.error, "");
+  EXPECT_EQ(folder.Get("real/book.xlsm"), bytes);
 }
 
 TEST_F(Books, AFileThatDoesNotFitIsRefusedAsAWhole) {

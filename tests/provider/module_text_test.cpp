@@ -25,10 +25,11 @@ TEST(Module_Texts, AsTheEditorExportsThem) {
   const Exported_Form module = To_File(source, host::kType_Module, "", "");
   EXPECT_EQ(module.extension, ".bas");
   EXPECT_EQ(module.bytes, source);
+  const std::string exported = kClass + kName + kExposed + kCode;
   for (const int type : {host::kType_Class, host::kType_Document, host::kType_Form}) {
     const Exported_Form file = To_File(source, type, "", "");
     EXPECT_EQ(file.extension, type == host::kType_Form ? ".frm" : ".cls");
-    EXPECT_EQ(file.bytes, kClass + kName + kExposed + kCode);
+    EXPECT_EQ(file.bytes, exported);
   }
   const std::string layout =
       "VERSION 5.00\r\nBegin {C} M \r\n   Caption         =   \"c\"\r\n"
@@ -59,6 +60,9 @@ TEST(Module_Texts, AnImportKeepsWhatBindsTheModule) {
       {"neither the name nor the base come from a file",
        "Attribute VB_Name = \"m\"\r\nAttribute VB_Base = \"0{1}\"\r\n" + kExposed + "X\r\n", old,
        kName + kBase + kExposed + kDerived + "X\r\n"},
+      {"nothing binds a module that was not bound, and it has one name",
+       kName + kBase + kExposed + "Attribute VB_Name = \"Zed\"\r\nX\r\n", kName + "Y\r\n",
+       kName + kExposed + "X\r\n"},
       {"a file of code alone", "X\r\n", old, kName + kBase + kExposed + kDerived + "X\r\n"},
       {"one attribute for each control", kName + control + second + "X\r\n",
        kName + control + second + "Y\r\n", kName + control + second + "X\r\n"},

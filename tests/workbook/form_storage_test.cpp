@@ -89,9 +89,12 @@ std::string Morph(const std::string& value, const std::string& caption) {
 std::string Show(const Form_Storage& form) {
   std::string out = form.caption + "\n";
   for (const auto& control : form.controls) {
-    out += control.name + " " + control.type_name + " c=" + control.caption.value_or("-") +
-           " t=" + control.text.value_or("-") + " g=" + control.tag.value_or("-");
-    for (const auto& [name, value] : control.properties) out += " " + name + "=" + value;
+    out.append(control.name).append(" ").append(control.type_name);
+    out.append(" c=").append(control.caption.value_or("-"));
+    out.append(" t=").append(control.text.value_or("-"));
+    out.append(" g=").append(control.tag.value_or("-"));
+    for (const auto& [name, value] : control.properties)
+      out.append(" ").append(name).append("=").append(value);
     out += "\n";
   }
   for (const std::string& problem : form.problems) out += problem + "\n";
@@ -183,6 +186,22 @@ TEST(Form_Storages, WhatIsDamagedIsToldAndTheRestIsThere) {
   }
   EXPECT_EQ(Read_Form({}).problems,
             (std::vector<std::string>{"画面の情報（f ストリーム）がありません。"}));
+}
+
+// Containers that share one storage, at each level, would be read more and more often.
+TEST(Form_Storages, AStorageIsReadOnce) {
+  container::Storage form;
+  for (int level = 0; level < 28; ++level) {
+    container::Storage outer;
+    outer.name = "i01";
+    outer.streams = {{"f", Form_Stream({{"a", 7, 0, 0x23, 1}, {"b", 7, 0, 0x23, 1}})}};
+    if (level > 0) outer.storages = {form};
+    form = outer;
+  }
+  EXPECT_EQ(Read_Form(form).problems.size(), 29U);
+  const std::vector<Site> many(9000, Site{"", 21});
+  form.streams = {{"f", Form_Stream(many)}};
+  EXPECT_EQ(Show(Read_Form(form)), "Title\nコントロールが多すぎます。\n");
 }
 
 TEST(FuzzCorpus, FormStorage) {

@@ -13,6 +13,7 @@
 #include "support/corpus.h"
 #include "workbook/package.h"
 #include "workbook/workbook_parts.h"
+#include "workbook/xml_reader.h"
 
 namespace oru::workbook {
 namespace {
@@ -43,8 +44,13 @@ Workbook_Parts Read(const Parts& parts) {
 std::string Links(const std::vector<std::array<std::string, 3>>& links) {
   std::string out = "<?xml version=\"1.0\"?><Relationships xmlns=\"http://x/relationships\">";
   for (const auto& [id, type, target] : links)
-    out += "<Relationship Id=\"" + id + "\" Type=\"http://x/" + type + "\" Target=\"" + target +
-           "\"/>";
+    out.append("<Relationship Id=\"")
+        .append(id)
+        .append("\" Type=\"http://x/")
+        .append(type)
+        .append("\" Target=\"")
+        .append(target)
+        .append("\"/>");
   return out + "</Relationships>";
 }
 
@@ -85,9 +91,9 @@ Parts Sample() {
   };
 }
 
-void Replace(Parts& parts, std::string_view name, std::string content) {
+void Replace(Parts& parts, std::string_view name, std::string_view content) {
   for (auto& [part, old] : parts)
-    if (part == name) old = std::move(content);
+    if (part == name) old = content;
 }
 
 TEST(Workbook_Parts, InXml) {
@@ -124,6 +130,23 @@ TEST(Workbook_Parts, ADamagedPartDoesNotTakeTheOthersWithIt) {
       "</sheets></workbook>");
   EXPECT_EQ(Show(Read(book)), "!!\n部品「xl/workbook.xml」の XML が正しくありません。\n");
   EXPECT_EQ(Show(Read({{"a.txt", ""}})), "!!\nブックの部品（workbook）が見つかりません。\n");
+}
+
+// What would cost time or memory far beyond the part's size is refused before it does.
+TEST(Xml, ATagOrADepthThatNoPartHas) {
+  const auto ok = [](const std::string& xml) {
+    return Parse_Xml(xml, "p", {.begin = [](const Xml_Element&) {}}).empty();
+  };
+  std::string attributes, levels, ends;
+  for (int i = 0; i < 600; ++i) {
+    attributes += " a" + std::to_string(i) + "='>'";
+    levels += "<b>";
+    ends += "</b>";
+    if (i % 199 != 1 || i == 1) continue;
+    EXPECT_EQ(ok("<r" + attributes + "/>"), i < 512) << i;
+    EXPECT_EQ(ok(levels + ends), i < 256) << i;
+  }
+  EXPECT_TRUE(ok("<?x don't?><r><!-- ' <a \" > --><b a='1'/><![CDATA[ ' > ]]><c/></r>"));
 }
 
 TEST(Workbook_Parts, InTheBinaryForm) {

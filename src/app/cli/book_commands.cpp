@@ -10,12 +10,11 @@ namespace oru::app {
 namespace {
 
 // What became of each file or module, and what was left out.
-int Tell(const provider::Exchange& exchange, const Output& output, std::string_view title,
-         std::string_view key, std::string_view written) {
-  for (const provider::Problem& problem : exchange.problems)
-    output.err << "oru: " << problem.message << '\n';
+int Print_Exchange(const provider::Exchange& exchange, const Output& output, std::string_view title,
+                   std::string_view key, std::string_view written) {
+  for (const provider::Problem& problem : exchange.problems) Tell(output.err, problem.message);
   if (!exchange.Ok()) {
-    output.err << "oru: " << exchange.error << '\n';
+    Tell(output.err, exchange.error);
     return exchange.unread ? kExit_Project : kExit_Output;
   }
   Out_Table table;
@@ -43,15 +42,16 @@ void Add_Import_Options(CLI::App& command, Exchange_Options& options) {
 }
 
 int Cmd_Extract(const Output& output, const Exchange_Options& options) {
-  return Tell(provider::Extract_Book(
-                  options.Book, options.Folder,
-                  options.Overwrite ? provider::Existing::Replace : provider::Existing::Refuse),
-              output, "ファイル", "file", "書き出し");
+  return Print_Exchange(provider::Extract_Book(options.Book, options.Folder,
+                                               options.Overwrite ? provider::Existing::Replace
+                                                                 : provider::Existing::Refuse),
+                        output, "ファイル", "file", "書き出し");
 }
 
 int Cmd_Import(const Output& output, const Exchange_Options& options) {
-  return Tell(provider::Import_Files(options.Folder, options.Book, {.signed_too = options.Signed}),
-              output, "モジュール", "module", "取り込み");
+  return Print_Exchange(
+      provider::Import_Files(options.Folder, options.Book, {.signed_too = options.Signed}), output,
+      "モジュール", "module", "取り込み");
 }
 
 }  // namespace oru::app

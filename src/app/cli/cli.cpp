@@ -86,10 +86,9 @@ void Add_Common(CLI::App& command, Common_Options& common) {
 
 // What could not be read: told, and not in the way of the rest.
 void Tell_Problems(const Session& session, const File_Project& project, std::ostream& err) {
-  for (const provider::Problem& problem : project.Problems)
-    err << "oru: " << problem.message << '\n';
+  for (const provider::Problem& problem : project.Problems) Tell(err, problem.message);
   for (const analyser::Anl_Problem& problem : session.Sta.Problems)
-    err << fmt::format("oru: 「{}」 {}\n", project.File_Of(problem.Module), problem.Text);
+    Tell(err, fmt::format("「{}」 {}", project.File_Of(problem.Module), problem.Text));
 }
 
 // What was read and what was taken from the analysis file.
@@ -144,11 +143,11 @@ int Run_Command(const Common_Options& common, const Command& command, std::ostre
   auto project = std::make_unique<File_Project>();
   if (command.needs != Needs::Nothing) {
     if (const std::string error = project->Open(common.project, common.code_page); !error.empty()) {
-      err << "oru: " << error << '\n';
+      Tell(err, error);
       return kExit_Project;
     }
     if (project->Editor.ActiveVBProject()->Protection() == host::Protection::Locked) {
-      err << "oru: " << provider::Locked_Message(common.project) << '\n';
+      Tell(err, provider::Locked_Message(common.project));
       return kExit_Project;
     }
   }

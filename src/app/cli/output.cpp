@@ -120,6 +120,10 @@ void Print_Json(std::ostream& out, const Out_Table& table) {
 
 }  // namespace
 
+void Tell(std::ostream& err, std::string_view message) {
+  err << "oru: " << service::Without_Controls(message) << '\n';
+}
+
 std::size_t Terminal_Width_Of(std::string_view text) {
   std::size_t width = 0;
   for (std::size_t i = 0; i < text.size();) width += Columns_Of(service::Next_Code_Point(text, i));

@@ -33,6 +33,10 @@ struct Out_Table {
 /// cut. Control characters in cells are shown as blanks.
 void Print_Table(std::ostream& out, const Out_Table& table, Format format, std::size_t width);
 
+/// Prints a message for the user: "oru: ", the text in one line, without control characters (it
+/// may quote what stands in a file), and a line end.
+void Tell(std::ostream& err, std::string_view message);
+
 /// Columns that a text takes on a terminal.
 [[nodiscard]] std::size_t Terminal_Width_Of(std::string_view text);
 

@@ -169,6 +169,21 @@ Line_State Code_Lines::Before(int line) const {
   return line <= 1 ? Line_State::Fresh : State_Of(Verdict(line - 1));
 }
 
+Code_Lines::Run Code_Lines::Run_From(int start) const {
+  Place place = Find(start);
+  Span run = blocks_[place.block].spans[place.index];
+  int count = 0;
+  for (; place.block < blocks_.size(); ++place.block, place.index = 0) {
+    const auto& spans = blocks_[place.block].spans;
+    for (; place.index < spans.size(); ++place.index, ++count) {
+      const Span span = spans[place.index];
+      if (count > 0 && run.at + run.size + 2 != span.at) return {count, View(run)};
+      run.size = span.at + span.size - run.at;
+    }
+  }
+  return {count, View(run)};
+}
+
 std::string Code_Lines::Join(int start, int count) const {
   std::string text;
   if (count <= 0) return text;

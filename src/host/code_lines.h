@@ -31,6 +31,13 @@ class Code_Lines {
   /// Lines joined by CR LF, no final one. All lines must exist.
   [[nodiscard]] std::string Join(int start, int count) const;
 
+  /// Lines from `start` on that stand in one piece, with CR LF between them.
+  struct Run {
+    int count = 0;
+    std::string_view text;
+  };
+  [[nodiscard]] Run Run_From(int start) const;
+
   /// Puts lines in the place of `removed` lines from `start` on. They must exist; `start` may be
   /// Count() + 1 when nothing is removed. The text's last line end begins one more line.
   void Replace(int start, int removed, std::string_view text);

@@ -30,35 +30,20 @@ bool Is_Word_Edge(std::string_view line, std::size_t at) {
   return !Is_Word_Character(service::Next_Code_Point(line, before));
 }
 
-constexpr char Lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-}
-
-/// True for a text with letters outside ASCII that have an upper and a lower case.
-bool Has_Wide_Case(std::string_view text) {
-  for (std::size_t at = 0; at < text.size();) {
-    const auto c = static_cast<UChar32>(service::Next_Code_Point(text, at));
-    if (c >= 0x80 && (u_tolower(c) != c || u_toupper(c) != c)) return true;
-  }
-  return false;
-}
-
 }  // namespace
 
 Line_Finder::Line_Finder(std::string_view target, bool whole_word, bool match_case, bool pattern)
-    : whole_word_(whole_word), match_case_(match_case), target_(target) {
+    : whole_word_(whole_word) {
   if (pattern && match_case)
     throw Host_Error(kErr_Bad_Call, "パターン検索では大文字と小文字を区別できません。");
-  if (match_case || target_.empty()) return;
-  if (pattern) {
-    Read_Pattern(target_);
-  } else if (Has_Wide_Case(target_)) {
-    pieces_.emplace_back();
-    for (std::size_t at = 0; at < target_.size();)
-      pieces_.back().emplace_back(Fold(service::Next_Code_Point(target_, at)));
-  } else {
-    for (char& c : target_) c = Lower(c);
-  }
+  if (!pattern)
+    plain_.emplace(target, match_case ? service::Compare::Binary : service::Compare::Text);
+  else if (!target.empty())
+    Read_Pattern(target);
+}
+
+bool Line_Finder::May_Stand_In(std::string_view text) const {
+  return plain_ ? plain_->Is_In(text) : !pieces_.empty();
 }
 
 void Line_Finder::Read_Pattern(std::string_view target) {
@@ -111,34 +96,20 @@ bool Line_Finder::Fits(const Step& step, char32_t character) {
 std::optional<Byte_Range> Line_Finder::Find(std::string_view line, std::size_t from,
                                             std::size_t to) const {
   to = std::min(to, line.size());
-  if (target_.empty() || from > to) return std::nullopt;
-  return pieces_.empty() ? Find_Plain(line, from, to) : Find_Pattern(line, from, to);
-}
-
-std::size_t Line_Finder::Find_Bytes(std::string_view text, std::size_t from) const {
-  if (match_case_) return text.find(target_, from);
-  const char lower = target_.front();
-  const char upper = lower >= 'a' && lower <= 'z' ? static_cast<char>(lower - 32) : lower;
-  for (; from + target_.size() <= text.size(); ++from) {
-    if (text[from] != lower && text[from] != upper) continue;
-    std::size_t same = 1;
-    while (same < target_.size() && Lower(text[from + same]) == target_[same]) ++same;
-    if (same == target_.size()) return from;
-  }
-  return std::string_view::npos;
+  if (from > to || (!plain_ && pieces_.empty())) return std::nullopt;
+  return plain_ ? Find_Plain(line, from, to) : Find_Pattern(line, from, to);
 }
 
 std::optional<Byte_Range> Line_Finder::Find_Plain(std::string_view line, std::size_t from,
                                                   std::size_t to) const {
   const std::string_view searched = line.substr(0, to);
-  while (true) {
-    const std::size_t at = Find_Bytes(searched, from);
-    if (at == std::string_view::npos) return std::nullopt;
-    const std::size_t end = at + target_.size();
-    if (!whole_word_ || (Is_Word_Edge(line, at) && Is_Word_Edge(line, end)))
-      return Byte_Range{at, end};
-    from = at + 1;
+  while (const auto span = plain_->Find(searched, from)) {
+    if (!whole_word_ || (Is_Word_Edge(line, span->at) && Is_Word_Edge(line, span->End())))
+      return Byte_Range{span->at, span->End()};
+    from = span->at;
+    (void)service::Next_Code_Point(line, from);
   }
+  return std::nullopt;
 }
 
 std::optional<Byte_Range> Line_Finder::Find_Piece(const Piece& piece, std::string_view line,

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The editor's search inside one line: plain or by pattern, whole words, letter case. Works on byte
-// offsets; the caller turns them into columns.
+// The editor's search inside one line: plain or by pattern, whole words, letter case. Where letter
+// case does not matter, a plain target is compared as the host compares texts in Japanese: full and
+// half width and the kinds of kana do not matter either. Works on byte offsets; the caller turns
+// them into columns.
 #pragma once
 
 #include <cstddef>
@@ -10,6 +12,8 @@
 #include <utility>
 #include <variant>
 #include <vector>
+
+#include "service/text_find.h"
 
 namespace oru::host {
 
@@ -28,6 +32,9 @@ class Line_Finder {
   /// first place where a hit can begin.
   [[nodiscard]] std::optional<Byte_Range> Find(std::string_view line, std::size_t from,
                                                std::size_t to) const;
+  /// True if the target may stand in a text of several lines; never false where it does. Much faster
+  /// than asking for each line.
+  [[nodiscard]] bool May_Stand_In(std::string_view text) const;
 
  private:
   struct Any {};
@@ -41,7 +48,6 @@ class Line_Finder {
 
   void Read_Pattern(std::string_view target);
   [[nodiscard]] static bool Fits(const Step& step, char32_t character);
-  [[nodiscard]] std::size_t Find_Bytes(std::string_view text, std::size_t from) const;
   [[nodiscard]] std::optional<Byte_Range> Find_Plain(std::string_view line, std::size_t from,
                                                      std::size_t to) const;
   [[nodiscard]] std::optional<Byte_Range> Find_Pattern(std::string_view line, std::size_t from,
@@ -50,9 +56,9 @@ class Line_Finder {
                                                      std::size_t from, std::size_t to,
                                                      bool word_begins, bool word_ends) const;
 
-  bool whole_word_, match_case_;
-  std::string target_;         ///< in lower case unless letter case matters
-  std::vector<Piece> pieces_;  ///< empty for a search byte by byte
+  bool whole_word_;
+  std::optional<service::Text_Finder> plain_;  ///< none for a pattern
+  std::vector<Piece> pieces_;                  ///< of a pattern
 };
 
 }  // namespace oru::host

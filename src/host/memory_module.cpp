@@ -90,7 +90,15 @@ bool Memory_Module::Find(std::string_view target, Selection& range, bool whole_w
   if (range.start_line < 1 || range.start_column < 1 || range.end_line < -1 ||
       range.end_column < -1)
     Refuse(kErr_Subscript, "検索範囲が正しくありません。");
+  int looked_through = range.start_line;  // lines before this one stand in a run that may hold it
   for (int line = range.start_line; line <= last; ++line) {
+    while (line == looked_through) {
+      const Code_Lines::Run run = lines_.Run_From(line);
+      looked_through = line + run.count;
+      if (finder.May_Stand_In(run.text)) break;
+      line = looked_through;
+      if (line > last) return false;
+    }
     const std::string_view text = lines_.Line(line);
     std::size_t from = 0;
     std::size_t to = text.size();

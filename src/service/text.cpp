@@ -52,8 +52,13 @@ bool Is_Wide_Latin1(char32_t c) {
 
 std::string Without_Controls(std::string_view text) {
   std::string out(text);
-  for (char& c : out)
-    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = ' ';
+  for (std::size_t i = 0; i < out.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(out[i]);
+    const bool second_set =
+        byte == 0xC2 && i + 1 < out.size() && static_cast<unsigned char>(out[i + 1]) < 0xA0;
+    if (second_set) out.erase(i + 1, 1);
+    if (byte < 0x20 || byte == 0x7F || second_set) out[i] = ' ';
+  }
   return out;
 }
 

@@ -275,46 +275,15 @@ Run_Style Run_Style_Of(Rich_Text& text, const Text_Style& style) {
           false};
 }
 
-std::vector<Hit_Span> Find_Hits(std::string_view line, std::span<const std::string> words,
-                                Match_Rule rule, bool case_matters) {
-  const auto is_end = [](char c) {
-    return analyser::Is_Type_Character(c) || kWord_Ends.find(c) != npos;
-  };
-  std::vector<Hit_Span> hits;
-  for (const std::string& word : words) {
-    std::size_t from = 0;
-    while (!word.empty()) {
-      const std::size_t at =
-          case_matters ? line.find(word, from) : service::Find_No_Case(line, word, from);
-      if (at == npos) break;
-      // In another letter case the same characters may take another number of bytes.
-      const std::size_t size =
-          case_matters ? word.size() : service::Match_No_Case(line.substr(at), word);
-      const bool whole = (at == 0 || is_end(line[at - 1])) &&
-                         (at + size == line.size() || is_end(line[at + size]));
-      const bool is_hit = rule == Match_Rule::Anywhere || whole;
-      if (is_hit) hits.push_back({at, size});
-      from = at;
-      if (is_hit) {
-        from += size;
-      } else {
-        (void)service::Next_Code_Point(line, from);
-      }
-    }
-  }
-  std::ranges::sort(hits, {}, &Hit_Span::begin);
-  return hits;
-}
-
 void Set_KWd_Lin(Rich_Text& text, const Text_Styles& styles, const service::Keywords& keywords,
-                 std::string_view line, std::span<const Hit_Span> hits) {
+                 std::string_view line, std::span<const service::Text_Span> hits) {
   if (const Text_Style* comment = Comment_Style(styles, line); comment != nullptr) {
     text.Add(line, Run_Style_Of(text, *comment));
     return;
   }
   std::vector<Mark> marks;
-  for (const Hit_Span& hit : hits)
-    marks.push_back({hit.begin, hit.begin + hit.size, Run_Style_Of(text, styles.Hit)});
+  for (const service::Text_Span& hit : hits)
+    marks.push_back({hit.at, hit.End(), Run_Style_Of(text, styles.Hit)});
   Statement_Writer(text, styles, keywords, line, marks).Write(0);
 }
 

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "query/rich_text.h"
+#include "service/text_find.h"
 
 namespace oru::service {
 class Keywords;
@@ -51,29 +52,14 @@ struct Text_Styles {
 /// The attributes of a style in this text; its colour gets a slot.
 [[nodiscard]] Run_Style Run_Style_Of(Rich_Text& text, const Text_Style& style);
 
-/// A hit in a line.
-struct Hit_Span {
-  std::size_t begin = 0, size = 0;  ///< byte offset, bytes
-  friend bool operator==(const Hit_Span&, const Hit_Span&) = default;
-};
-
-enum class Match_Rule : std::uint8_t {
-  Whole_Word,  ///< between type characters and " ()[]!.:,'"" or the line's ends
-  Anywhere,    ///< also within a word
-};
-/// All places of the words in a line, by offset; empty words have none.
-[[nodiscard]] std::vector<Hit_Span> Find_Hits(std::string_view line,
-                                              std::span<const std::string> words, Match_Rule rule,
-                                              bool case_matters);
-
 /// Behind a comment of a result row: this, and its emphasis class "0", "1" or "2".
 constexpr std::string_view kCmt_Mark = "'~~~";
 
-/// Appends one statement or physical line. `hits` are sorted by offset; they take the hit style
+/// Appends one statement or physical line. `hits` are byte ranges of it, sorted; they take the hit style
 /// wherever they stand, but not in a line that is a comment as a whole. A mark at the end
 /// (`kCmt_Mark`) makes the line a comment of its class and is not appended.
 void Set_KWd_Lin(Rich_Text& text, const Text_Styles& styles, const service::Keywords& keywords,
-                 std::string_view line, std::span<const Hit_Span> hits = {});
+                 std::string_view line, std::span<const service::Text_Span> hits = {});
 
 /// Appends a block of several lines (CR LF), which may hold template tags ("%MN") and the lines of
 /// an indent ("│", "└", "|", "'→").

@@ -11,7 +11,6 @@
 namespace oru::service {
 namespace {
 
-constexpr int kErr_Pattern = 5020;  // the host's number for an error in a pattern
 // A line takes a few steps; what needs more than these never ends in practice.
 constexpr std::uint32_t kMost_Steps = 2'000'000;
 constexpr std::uint32_t kMost_Depth = 20'000;
@@ -48,7 +47,7 @@ PCRE2_SPTR Bytes_Of(std::string_view text) {
 }  // namespace
 
 Pattern_Limit::Pattern_Limit()
-    : Sys_Error(kErr_Pattern, "パターン文字列の照合が制限を超えたため、検索を中止しました。") {}
+    : Sys_Error(kOwn_Error, "パターン文字列の照合が制限を超えたため、検索を中止しました。") {}
 
 struct Pattern::Compiled {
   std::unique_ptr<pcre2_code, Free_Code> code;

@@ -46,7 +46,7 @@ class Colours : public testing::Test {
     text_.Int_RTx_Inf(0, "F", 10, 0);
     return out;
   }
-  std::string Line(std::string_view line, std::span<const Hit_Span> hits = {}) {
+  std::string Line(std::string_view line, std::span<const service::Text_Span> hits = {}) {
     Set_KWd_Lin(text_, styles_, keywords_, line, hits);
     return Take();
   }
@@ -109,7 +109,7 @@ TEST_F(Colours, MarkOfACommentIsNotWritten) {
 TEST_F(Colours, HitsAreSetApart) {
   struct {
     std::string_view what, in;
-    std::vector<Hit_Span> hits;
+    std::vector<service::Text_Span> hits;
     std::string_view out;
   } const cases[] = {
       {"word", "x = ab", {{4, 2}}, "n<x> = h<ab>"},
@@ -136,48 +136,11 @@ TEST_F(Colours, FlagsComeFromTheOptionsAndNoColourIsTheBase) {
   settings_.Set_Number("HitUnd", 0);
   settings_.Set_Number("NamClr", 0x123456);
   styles_ = Text_Styles(settings_);
-  Set_KWd_Lin(text_, styles_, keywords_, "a b", std::vector<Hit_Span>{{0, 1}});
+  Set_KWd_Lin(text_, styles_, keywords_, "a b", std::vector<service::Text_Span>{{0, 1}});
   ASSERT_EQ(text_.Runs().size(), 4U);
   EXPECT_EQ(text_.Runs()[1].style, (Run_Style{kBase_Colour, false, true, true, false}));
   EXPECT_EQ(text_.Colours()[text_.Runs()[3].style.colour - 1U], 0x123456);
   EXPECT_EQ(Run_Style_Of(text_, {static_cast<Host_Colour>(0x80000008U)}).colour, kBase_Colour);
-}
-
-TEST_F(Colours, PlacesOfWords) {
-  using Spans = std::vector<Hit_Span>;
-  struct {
-    std::string_view what, line;
-    std::vector<std::string> words;
-    Match_Rule rule;
-    bool case_matters;
-    Spans hits;
-  } const cases[] = {
-      {"delimited", "ab.ab$ xab ab_", {"ab"}, Match_Rule::Whole_Word, true, {{0, 2}, {3, 2}}},
-      {"anywhere, not overlapping", "aaa", {"aa"}, Match_Rule::Anywhere, true, {{0, 2}}},
-      {"sorted over words",
-       "b a b",
-       {"a", "b", ""},
-       Match_Rule::Whole_Word,
-       true,
-       {{0, 1}, {2, 1}, {4, 1}}},
-      {"letter case", "Ab ab", {"ab"}, Match_Rule::Whole_Word, true, {{3, 2}}},
-      {"letter case aside",
-       "Ab ａ ab",
-       {"aB", "Ａ"},
-       Match_Rule::Whole_Word,
-       false,
-       {{0, 2}, {3, 3}, {7, 2}}},
-      {"Japanese neighbours are no delimiters",
-       "在庫数(在庫)",
-       {"在庫"},
-       Match_Rule::Whole_Word,
-       true,
-       {{10, 6}}},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.what);
-    EXPECT_EQ(Find_Hits(c.line, c.words, c.rule, c.case_matters), c.hits);
-  }
 }
 
 TEST_F(Colours, Block) {
@@ -236,7 +199,7 @@ TEST_F(Colours, EveryCharacterIsWrittenOnce) {
     std::string line;
     for (std::size_t i = next(12); i > 0; --i) line += pieces[next(std::size(pieces))];
     const std::size_t begin = next(line.size() + 2);
-    const Hit_Span hit{begin, next(5)};
+    const service::Text_Span hit{begin, next(5)};
     const Dif_Run run{begin, next(5)};
     SCOPED_TRACE(line);
     Set_KWd_Lin(text_, styles_, keywords_, line, std::span(&hit, 1));

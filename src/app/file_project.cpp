@@ -14,6 +14,8 @@ std::string File_Project::Open(const fs::path& project, int code_page) {
   provider::Project_Source read = provider::Read_Project(project, {.code_page = code_page});
   if (!read.Ok()) return read.error;
   Path = service::Path_Text(project);
+  Host_File = read.host_file;
+  Code_Page = code_page;
   Problems = std::move(read.problems);
   Files = std::move(read.files);
   if (read.workbook) App.Add_Workbook(*read.workbook);

@@ -29,6 +29,8 @@ class File_Project {
   std::vector<provider::Problem> Problems;
   std::vector<provider::Module_File> Files;  ///< one for each module
   std::string Path;                          ///< as the user gave it
+  std::string Host_File;                     ///< of the folder or file, absolute
+  int Code_Page = 932;                       ///< of files that do not tell theirs
 
  private:
   [[nodiscard]] const provider::Module_File* Find(std::string_view module) const;

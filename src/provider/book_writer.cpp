@@ -56,6 +56,8 @@ fs::path Backup_Of(const fs::path& path) {
   return {};
 }
 
+}  // namespace
+
 // The host puts a file of this name beside each workbook that it has open.
 bool Is_Open_In_Host(const fs::path& path) {
   std::error_code error;
@@ -65,8 +67,6 @@ bool Is_Open_In_Host(const fs::path& path) {
   const fs::path real = fs::canonical(path, error);
   return marked(path) || (!error && marked(real));
 }
-
-}  // namespace
 
 Rewritten_Book Rewrite_Book(const std::string& bytes,
                             const std::vector<workbook::Changed_Module>& changed,

@@ -30,6 +30,10 @@ struct Rewritten_Book {
                                           std::string_view shown,
                                           const Book_Write_Options& options);
 
+/// True if a file beside the workbook (or beside what it is a link to) tells that the host has it
+/// open.
+[[nodiscard]] bool Is_Open_In_Host(const std::filesystem::path& path);
+
 struct Written_Book {
   std::string error;  ///< Japanese, naming the file; empty on success
   std::string bytes;  ///< of the file now

@@ -52,20 +52,6 @@ std::vector<std::string> Cut_Words(std::string_view question) {
   return words;
 }
 
-// The words as a question that is cut into them again.
-std::string Join_Words(const std::vector<std::string>& words) {
-  std::string question;
-  const bool bars = std::any_of(words.begin(), words.end(), [](const std::string& word) {
-    return word.find(' ') != npos || word.find(kWide_Blank) != npos;
-  });
-  for (const std::string& word : words) {
-    if (word.empty()) continue;
-    if (!question.empty()) question += bars ? "|" : " ";
-    question += service::Replace_All(word, "|", "%|");
-  }
-  return bars && question.find('|') == npos ? question + "|" : question;
-}
-
 std::string Stamp(const service::Clock& clock) {
   const service::Date_Time now = clock.Now();
   return fmt::format("{:02}{:02}{:02}{:02}{:02}{:02}", now.year % 100, now.month, now.day, now.hour,
@@ -109,6 +95,19 @@ Result_Style Style_Of(const Query_Ctx& ctx, bool absolute_lines) {
 }
 
 }  // namespace
+
+std::string Join_Words(const std::vector<std::string>& words) {
+  std::string question;
+  const bool bars = std::any_of(words.begin(), words.end(), [](const std::string& word) {
+    return word.find(' ') != npos || word.find(kWide_Blank) != npos;
+  });
+  for (const std::string& word : words) {
+    if (word.empty()) continue;
+    if (!question.empty()) question += bars ? "|" : " ";
+    question += service::Replace_All(word, "|", "%|");
+  }
+  return bars && question.find('|') == npos ? question + "|" : question;
+}
 
 void Frm_Search::FCx_Object_Click(const Query_Ctx& ctx, int code) {
   FCo.Knd = code;

@@ -41,6 +41,10 @@ struct History_Row {
   int Hits = 0;
 };
 
+/// The text of a question that is cut into these words again: a "|" in a word becomes "%|", and
+/// where a word holds a blank, "|" stands between them.
+[[nodiscard]] std::string Join_Words(const std::vector<std::string>& words);
+
 struct Frm_Search {
   Search_Cond FCo;                               ///< the conditions as the window shows them
   std::array<Search_Slot, kSearch_Views> Slots;  ///< by view number

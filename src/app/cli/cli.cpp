@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -122,7 +123,11 @@ struct Command {
 Output Output_For(const Common_Options& common, std::ostream& out, std::ostream& err) {
   const Format format = common.json ? Format::Json : common.tsv ? Format::Tsv : Format::Columns;
   const bool to_terminal = &out == &std::cout && !common.wide;
-  return {out, err, format, to_terminal ? Terminal_Columns(STDOUT_FILENO) : 0};
+  // NO_COLOR: see no-color.org.
+  const char* no_colour = std::getenv("NO_COLOR");
+  const bool colours = &out == &std::cout && isatty(STDOUT_FILENO) != 0 &&
+                       (no_colour == nullptr || *no_colour == '\0');
+  return {out, err, format, to_terminal ? Terminal_Columns(STDOUT_FILENO) : 0, colours};
 }
 
 int Printed(std::ostream& out, std::ostream& err, int code) {
@@ -206,12 +211,17 @@ constexpr const char* kFooter =
     "  oru unused 受注管理/                         どこからも参照されていないもの\n"
     "  oru history 受注管理/                        前回の解析からの変更 (★) とそれ以前の変更 (☆)\n"
     "  oru list modules 受注管理.xlsm               ブックのマクロをそのまま読む\n"
+    "  oru search 受注管理/ --kind unused-variable  どこでも使われていない変数\n"
+    "  oru search 受注管理/ 単価 数量 --html 結果.html\n"
+    "                                               文字列を検索し、ページとして保存する\n"
+    "  oru replace 受注管理/ Tanka Unit_Price --exact --write\n"
+    "                                               置換する (oru undo 受注管理/ で取り消す)\n"
     "  oru extract 受注管理.xlsm src/               モジュールをファイルに書き出す\n"
     "  oru import src/ 受注管理.xlsm                ファイルのコードをブックに取り込む\n"
     "\n"
-    "終了コード: 0 正常  1 指定した名前が無い  2 使い方の誤り  3 プロジェクトを読めない\n"
+    "終了コード: 0 正常  1 指定した名前・合う文が無い  2 使い方の誤り  3 プロジェクトを読めない\n"
     "            4 解析の中止・失敗  5 結果を出力できない・書き込めない\n"
-    "import のほかは、ブックとモジュールのファイルを読むだけで、変更しません。解析結果はプロジェクトのフォルダの\n"
+    "import、replace --write、undo のほかは、ブックとモジュールのファイルを読むだけで、変更しません。解析結果はプロジェクトのフォルダの\n"
     "「プロジェクト名.VMH」に保存し、次回は変更されたモジュールだけを解析します (--no-cache で無効)。";
 
 }  // namespace
@@ -227,6 +237,7 @@ int Run_Cli(int argc, const char* const* argv, std::ostream& out, std::ostream& 
   List_Options list;
   History_Options history;
   Exchange_Options exchange;
+  Search_Options search;
   std::string member;
   Command chosen;
   const auto choose = [&chosen](Needs needs, auto run) {
@@ -281,39 +292,59 @@ int Run_Cli(int argc, const char* const* argv, std::ostream& out, std::ostream& 
   Add_Data(*tables, common);
   tables->callback(choose(Needs::Fresh_Analysis, Cmd_Tables));
 
+  const auto choose_alone = [&chosen](auto run) {
+    return [&chosen, run] { chosen.run_alone = run; };
+  };
   CLI::App* extract =
       app.add_subcommand("extract", "ブックのモジュールをエクスポートしたファイルとして書き出す");
   Add_Extract_Options(*extract, exchange);
   Add_Formats(*extract, common);
-  extract->callback([&] {
-    chosen.run_alone = [&](const Output& output) { return Cmd_Extract(output, exchange); };
-  });
-  CLI::App* import = app.add_subcommand(
+  extract->callback(
+      choose_alone([&exchange](const Output& output) { return Cmd_Extract(output, exchange); }));
+  CLI::App* imports = app.add_subcommand(
       "import", "エクスポートしたファイルのコードをブックのモジュールに取り込む");
-  Add_Import_Options(*import, exchange);
-  Add_Formats(*import, common);
-  import->callback([&] {
-    chosen.run_alone = [&](const Output& output) { return Cmd_Import(output, exchange);
-};
-}  // namespace oru::app
-);
+  Add_Import_Options(*imports, exchange);
+  Add_Formats(*imports, common);
+  imports->callback(
+      choose_alone([&exchange](const Output& output) { return Cmd_Import(output, exchange); }));
 
-CLI::App* commands =
-    app.add_subcommand("commands", "エディターのメニューとツールバーに加わるコマンドの一覧");
-Add_Data(*commands, common);
-Add_Formats(*commands, common);
-commands->callback(choose(Needs::Nothing, Cmd_Commands));
+  CLI::App* searching = app.add_subcommand(
+      "search", "情報検索: 文字列、変数定義文、未使用の変数など、種類と条件に合う文を表示する");
+  Add_Common(*searching, common);
+  Add_Search_Options(*searching, search);
+  searching->callback(choose(Needs::Analysis, [&search](const Work& w, const Output& o) {
+    return Cmd_Search(w, o, search);
+  }));
+  CLI::App* replacing = app.add_subcommand(
+      "replace", "文字列の置換: 変更される行を表示し、--write でファイルに書き込む");
+  Add_Common(*replacing, common);
+  Add_Replace_Options(*replacing, search);
+  replacing->callback(choose(Needs::Analysis, [&search](const Work& w, const Output& o) {
+    return Cmd_Replace(w, o, search);
+  }));
+  CLI::App* undo = app.add_subcommand("undo", "最後の置換 (oru replace --write) を取り消す");
+  Add_Project(*undo, common);
+  Add_Formats(*undo, common);
+  undo->callback(choose_alone([&common](const Output& output) {
+    return Cmd_Undo(output, common.project, common.code_page);
+  }));
 
-try {
-  app.parse(argc, argv);
-} catch (const CLI::Success& help) {
-  return app.exit(help, out, err);
-} catch (const CLI::ParseError& error) {
-  err << "oru: " << error.what() << "\n使い方は「oru --help」で表示します。\n";
-  return kExit_Usage;
-}
-if (chosen.run_alone) return Printed(out, err, chosen.run_alone(Output_For(common, out, err)));
-return Run_Command(common, chosen, out, err, after);
+  CLI::App* commands =
+      app.add_subcommand("commands", "エディターのメニューとツールバーに加わるコマンドの一覧");
+  Add_Data(*commands, common);
+  Add_Formats(*commands, common);
+  commands->callback(choose(Needs::Nothing, Cmd_Commands));
+
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::Success& help) {
+    return app.exit(help, out, err);
+  } catch (const CLI::ParseError& error) {
+    err << "oru: " << error.what() << "\n使い方は「oru --help」で表示します。\n";
+    return kExit_Usage;
+  }
+  if (chosen.run_alone) return Printed(out, err, chosen.run_alone(Output_For(common, out, err)));
+  return Run_Command(common, chosen, out, err, after);
 }
 
 }  // namespace oru::app

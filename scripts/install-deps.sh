@@ -5,7 +5,7 @@ set -eu
 
 run="g++ cmake ninja-build ccache mold pkg-config libfmt-dev libicu-dev libcli11-dev nlohmann-json3-dev libxxhash-dev libgsf-1-dev libzip-dev libxml2-dev libpcre2-dev"
 test="libgtest-dev"
-bench="libbenchmark-dev universal-ctags unzip python3"
+bench="libbenchmark-dev universal-ctags ripgrep unzip python3"
 lint="clang-tidy clang-format"
 fuzz="clang libclang-rt-14-dev"
 

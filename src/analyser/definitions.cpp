@@ -143,8 +143,20 @@ char Scope_Of(std::string_view word) {
   return 0;
 }
 
+bool May_Define(std::string_view statement) {
+  statement = service::Trim_Left(statement);
+  const std::string_view word = statement.substr(0, statement.find(' '));
+  // Most statements begin with a letter that none of the words has.
+  if (word.empty() || std::string_view("CDEFGPSTW0123456789").find(word[0]) == npos) return false;
+  // A number in front is a label, which the reader of declarations takes off.
+  return (word[0] >= '0' && word[0] <= '9') || Scope_Of(word) != 0 ||
+         std::any_of(kDefinition_Words.begin(), kDefinition_Words.end(),
+                     [word](const Definition_Word& known) { return known.word == word; });
+}
+
 void Chk_Def_Inf(std::string_view source, bool in_declare, std::vector<Def_Found>& found) {
   found.clear();
+  if (!May_Define(source)) return;
   std::string statement(source);
   Del_Label(statement);
   const std::string comment = Sep_Comment(statement);

@@ -23,6 +23,9 @@ struct Def_Found {
 /// The scope digit of a declaration's scope word ("1", "2", "3"), or 0 for any other word.
 [[nodiscard]] char Scope_Of(std::string_view word);
 
+/// False for a statement that declares nothing, told by its first word alone; trimmed or not.
+[[nodiscard]] bool May_Define(std::string_view statement);
+
 /// One declaration statement (`Chk_Def_Inf`, with `Set_DSc_Inf` for the further names of a list):
 /// fills `found` with its names, in order; none if the statement declares nothing. `in_declare`
 /// tells whether it stands in a declaration section.

@@ -3,6 +3,7 @@
 // words that are such uses. Words are compared by the language's rules of scope, the most local
 // name first, but only as text: a member of that name of another object counts as a use.
 #include <algorithm>
+#include <array>
 
 #include "analyser/reader.h"
 #include "query/search_run.h"
@@ -48,6 +49,16 @@ bool Lists_Uses(int code) {
   return Is_One_Of(code, {kSearch_Global_Use, kSearch_Module_Use, kSearch_Local_Use});
 }
 
+struct Byte_Set {
+  constexpr explicit Byte_Set(std::string_view bytes) {
+    for (const char c : bytes) has[static_cast<unsigned char>(c)] = true;
+  }
+  [[nodiscard]] constexpr bool Has(char c) const { return has[static_cast<unsigned char>(c)]; }
+  std::array<bool, 256> has{};
+};
+// What stands between words; the names of types keep their qualifier.
+constexpr Byte_Set kBreaks(" (),.!:\r\n"), kBreaks_Of_Types(" (),!:\r\n");
+
 // True for a character that no name begins with.
 bool Begins_No_Name(char c) {
   return (c >= 33 && c <= 64) || (c >= 91 && c <= 96) || (c >= 123 && c <= 126);
@@ -56,6 +67,7 @@ bool Begins_No_Name(char c) {
 }  // namespace
 
 void Search_Run::Chk_ValCs() {
+  if (!analyser::May_Define(tested_)) return;
   const std::string statement = Joined(tested_);
   if (cond_.Knd == kSearch_Unused_Constant) {
     for (const std::string& part : Split_Constants(statement)) {
@@ -72,14 +84,15 @@ void Search_Run::Add_Candidate(const analyser::Def_Row& row) {
   if (row.Def_Knd.empty() || row.Def_Scp.empty() || row.Def_Nam.empty() ||
       !Asks_For(cond_.Knd, row.Def_Knd[0]))
     return;
-  Known known{Known::Reach::Module, cur_.Mdl.Mdl_Nam, {}, Cnd_Row.size()};
+  std::string owner = module_key_;
+  unsigned reach = kOf_Module;
   switch (row.Def_Scp[0]) {
     case analyser::kScp_Local:
       if (!Is_One_Of(cond_.Knd, {kSearch_Unused_Variable, kSearch_Unused_Constant,
                                  kSearch_Local_Use, kSearch_Assigned_Only}))
         return;
-      known.reach = Known::Reach::Member;
-      known.mem = Mem_Nam;
+      owner = member_key_;
+      reach = kLocal;
       break;
     case analyser::kScp_Private:
     case analyser::kScp_Friend:
@@ -90,8 +103,8 @@ void Search_Run::Add_Candidate(const analyser::Def_Row& row) {
           (cond_.Knd == kSearch_Module_Use && cur_.Mdl.Mdl_Nam != view_.Viw_SMd))
         return;
       if (cur_.Mdl.Mdl_Typ == "1" || cur_.Mdl.Mdl_Typ == "2") {
-        known.reach = Known::Reach::Project;
-        known.mdl.clear();
+        owner.clear();
+        reach = kPublic;
       }
       // What decides by uses has to see those in all modules.
       if (!Lists_Uses(cond_.Knd)) Cnd_Glb = true;
@@ -99,40 +112,55 @@ void Search_Run::Add_Candidate(const analyser::Def_Row& row) {
     default:
       return;
   }
-  std::vector<Known>& same_name = Cnd_Key[service::To_Lower(row.Def_Nam)];
-  const bool there = std::any_of(same_name.begin(), same_name.end(), [&](const Known& other) {
-    return other.reach == known.reach && other.mdl == known.mdl && other.mem == known.mem;
-  });
-  if (there) return;  // the first definition stays
-  same_name.push_back(std::move(known));
+  // The first definition of a name stays.
+  const std::string name = service::To_Lower(row.Def_Nam);
+  if (!Cnd_Key[owner].emplace(name, Cnd_Row.size()).second) return;
+  known_[name] |= reach;
   Cnd_Row.push_back({cur_.Mdl.Mdl_Nam, Mem_Nam, Src_Lin, row.Def_Nam, Mem_Ix, CMm_Sta, Src_Lno});
 }
 
-const Search_Run::Known* Search_Run::Find_Candidate(std::string_view word,
-                                                    std::string_view before) const {
-  const auto at = Cnd_Key.find(service::To_Lower(word));
-  if (at == Cnd_Key.end()) return nullptr;
-  const std::string_view with =
-      Wth.empty() || Wth.back().Tgt.empty() ? std::string_view() : Wth.back().Tgt.back();
-  // The most local one first; then one that is qualified by its module; then the public one.
-  const auto rank = [&](const Known& known) {
-    switch (known.reach) {
-      case Known::Reach::Member:
-        return known.mdl == cur_.Mdl.Mdl_Nam && known.mem == Mem_Nam ? 1 : 0;
-      case Known::Reach::Module:
-        if (known.mdl == cur_.Mdl.Mdl_Nam) return 2;
-        if (service::Equal_No_Case(known.mdl, before)) return 3;
-        return service::Equal_No_Case(known.mdl, with) ? 4 : 0;
-      case Known::Reach::Project:
-        return 5;
-    }
-    return 0;
+// The word in lower case; good until the next call.
+std::string_view Search_Run::Folded(std::string_view word) const {
+  const bool ascii = std::all_of(word.begin(), word.end(),
+                                 [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+  if (!ascii) {
+    folded_ = service::To_Lower(word);
+    return folded_;
+  }
+  folded_.resize(word.size());
+  std::transform(word.begin(), word.end(), folded_.begin(),
+                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+  return folded_;
+}
+
+const Search_Run::Names* Search_Run::Names_Of(std::string_view owner) const {
+  const auto at = Cnd_Key.find(owner);
+  return at == Cnd_Key.end() ? nullptr : &at->second;
+}
+
+const std::size_t* Search_Run::Find_Candidate(std::string_view word,
+                                              std::string_view before) const {
+  const std::string_view name = Folded(word);
+  const auto known = known_.find(name);
+  if (known == known_.end()) return nullptr;
+  const auto in = [&](const Names* names) -> const std::size_t* {
+    if (names == nullptr) return nullptr;
+    const auto at = names->find(name);
+    return at == names->end() ? nullptr : &at->second;
   };
-  const Known* best = nullptr;
-  for (const Known& known : at->second)
-    if (const int own = rank(known); own > 0 && (best == nullptr || own < rank(*best)))
-      best = &known;
-  return best;
+  // The most local one first; then one that is qualified by its module; then the public one.
+  if ((known->second & kLocal) != 0)
+    if (const std::size_t* number = in(local_); number != nullptr) return number;
+  if ((known->second & kOf_Module) != 0) {
+    if (const std::size_t* number = in(of_module_); number != nullptr) return number;
+    const std::string_view with = Wth.empty() ? std::string_view() : Wth.back().Tgt.back();
+    for (const std::string_view qualifier : {before, with}) {
+      if (qualifier.empty()) continue;
+      if (const std::size_t* number = in(Names_Of(service::To_Lower(qualifier))); number != nullptr)
+        return number;
+    }
+  }
+  return (known->second & kPublic) != 0 ? in(public_) : nullptr;
 }
 
 void Search_Run::Use_Token(std::string_view padded, std::string_view token, std::size_t at,
@@ -142,12 +170,12 @@ void Search_Run::Use_Token(std::string_view padded, std::string_view token, std:
   for (std::size_t end = token.size(); end > 0;) {
     const std::size_t dot = token.rfind('.', end - 1);
     const std::size_t begin = dot == npos ? 0 : dot + 1;
-    if (const Known* known = Find_Candidate(token.substr(begin, end - begin), before);
-        known != nullptr) {
+    if (const std::size_t* number = Find_Candidate(token.substr(begin, end - begin), before);
+        number != nullptr) {
       if (Lists_Uses(cond_.Knd))
-        Add_Hit_Name(Cnd_Row[known->number].Nam);
+        Add_Hit_Name(Cnd_Row[*number].Nam);
       else
-        Cnd_Flg[known->number] |=
+        Cnd_Flg[*number] |=
             Chk_Let_Sta(padded, at + begin, cond_.Knd != kSearch_Assigned_Only) ? kSet : kRead;
     }
     if (dot == npos) return;
@@ -179,13 +207,13 @@ void Search_Run::Chk_Refer() {
       (statement.starts_with("Type ") || statement.find(" Type ") != npos))
     return;
 
-  constexpr std::string_view kBreaks = " (),.!:\r\n", kBreaks_Of_Types = " (),!:\r\n";
-  const std::string_view breaks = types ? kBreaks_Of_Types : kBreaks;
+  const Byte_Set& breaks = types ? kBreaks_Of_Types : kBreaks;
   std::string_view before;
-  for (std::size_t at = 0; at < padded.size();) {
-    at = padded.find_first_not_of(breaks, at);
-    if (at == npos) break;
-    const std::size_t end = std::min(padded.find_first_of(breaks, at), padded.size());
+  for (std::size_t at = 0;;) {
+    while (at < padded.size() && breaks.Has(padded[at])) ++at;
+    if (at == padded.size()) break;
+    std::size_t end = at;
+    while (end < padded.size() && !breaks.Has(padded[end])) ++end;
     const std::string_view token = std::string_view(padded).substr(at, end - at);
     Use_Token(padded, token, at, before);
     before = token;

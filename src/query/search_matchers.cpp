@@ -195,6 +195,7 @@ bool Search_Run::Is_Asked_Scope(char scope, bool several, bool friends) const {
 }
 
 void Search_Run::Chk_Value() {
+  if (!analyser::May_Define(tested_)) return;
   analyser::Chk_Def_Inf(Joined(tested_), in_declare_, found_);
   if (found_.empty()) return;
   const analyser::Def_Row& row = found_.front().Row;
@@ -209,6 +210,7 @@ void Search_Run::Chk_Value() {
 }
 
 void Search_Run::Chk_Const() {
+  if (!analyser::May_Define(tested_)) return;
   const std::vector<std::string> parts = Split_Constants(Joined(tested_));
   analyser::Chk_Def_Inf(parts.front(), in_declare_, found_);
   if (found_.empty()) return;
@@ -222,6 +224,7 @@ void Search_Run::Chk_Const() {
 }
 
 void Search_Run::Chk_Block(char kind, std::string_view end) {
+  if (!Blk_On && !analyser::May_Define(tested_)) return;
   const std::string statement = Joined(tested_);
   if (Blk_On) {
     Set_Hit_Lst();

@@ -146,6 +146,10 @@ void Search_Run::Src_Modul(int ag_Pass) {
   const int count = code_->CountOfLines();
   text_ = count == 0 ? std::string() : code_->Lines(1, count);
   lines_ = count == 0 ? std::vector<std::string_view>() : service::Split(text_, "\r\n");
+  module_key_ = service::To_Lower(cur_.Mdl.Mdl_Nam);
+  of_module_ = ag_Pass == 2 ? Names_Of(module_key_) : nullptr;
+  public_ = ag_Pass == 2 ? Names_Of("") : nullptr;
+  Mark_Lines();
   const int declarations = code_->CountOfDeclarationLines();
   Search_Declarations(ag_Pass);
 
@@ -187,6 +191,8 @@ void Search_Run::Search_Declarations(int ag_Pass) {
       view_.Viw_SMm != analyser::kDeclare)
     return;
   Mem_Nam = analyser::kDeclare;
+  member_key_ = module_key_ + "\t";
+  local_ = nullptr;
   Mem_Ix = 1;
   CMm_Sta = CMm_Bdy = 1;
   Ref_Sec = {};
@@ -200,6 +206,9 @@ void Search_Run::Search_Declarations(int ag_Pass) {
 void Search_Run::Search_Member(int ag_Pass, const std::vector<Range>& ranges) {
   CMm_Sta = ranges.front().first;
   CMm_Bdy = ranges.front().header;
+  member_key_ = module_key_;
+  member_key_.append("\t").append(service::To_Lower(Mem_Nam));
+  local_ = ag_Pass == 2 ? Names_Of(member_key_) : nullptr;
   Ref_Sec = {};
   if (cond_.Knd == kSearch_Call || cond_.Knd == kSearch_Reference) {
     const std::string* all = ctx_.Tbl.Ref_Tbl.Get(cur_.Mdl.Mdl_Nam);
@@ -254,14 +263,40 @@ void Search_Run::Set_Arguments() {
   Arg_Flg.assign(Arg_Lst.size(), false);
 }
 
+// Kinds that ask for words need only read the statements in which one stands.
+void Search_Run::Mark_Lines() {
+  may_hit_.clear();
+  if (cond_.Knd != kSearch_Text && cond_.Knd != kSearch_Exact) return;
+  may_hit_.resize(lines_.size());
+  for (const service::Text_Finder& finder : finders_) {
+    for (std::size_t from = 0;;) {
+      const auto span = finder.Find(text_, from);
+      if (!span) break;
+      const char* place = text_.data() + span->at;
+      const auto behind =
+          std::upper_bound(lines_.begin(), lines_.end(), place,
+                           [](const char* at, std::string_view line) { return at < line.data(); });
+      const auto line = static_cast<std::size_t>(behind - lines_.begin()) - 1;
+      may_hit_[line] = true;
+      if (line + 1 == lines_.size()) break;
+      from = static_cast<std::size_t>(lines_[line + 1].data() - text_.data());
+    }
+  }
+}
+
 void Search_Run::Src_Modul_Lop(int first, int last, int ag_Pass) {
   Wth.clear();
   Blk_On = false;
   Dir_Nst = 0;
   Src_Lin.clear();
   bool open = false;
+  bool asked = may_hit_.empty();  // one of the statement's lines may hold what is asked for
   for (int line = first; line <= last; ++line) {
     const std::string_view text = Line(line);
+    if (!may_hit_.empty()) {
+      asked = (open && asked) || may_hit_[static_cast<std::size_t>(line) - 1];
+      if (!open && !asked && !text.ends_with('_') && !text.ends_with(' ')) continue;
+    }
     if (open) {
       Src_Lin.append("\r\n").append(text);
     } else {
@@ -269,8 +304,7 @@ void Search_Run::Src_Modul_Lop(int first, int last, int ag_Pass) {
       Src_Lno = line;
     }
     open = service::Trim_Right(text).ends_with(" _") || (open && Trim(text) == "_");
-    if (open) continue;
-    if (Trim(Src_Lin).empty()) continue;
+    if (open || !asked || Trim(Src_Lin).empty()) continue;
     tested_ = Src_Lin;
     const std::size_t reach =
         Src_Lin.size() <= kLabel_Reach

@@ -42,12 +42,9 @@ class Search_Run {
     std::string Mdl, Mem, Lin, Nam;
     int Mem_Ix = 0, CMm_Sta = 1, Lno = 0;
   };
-  struct Known {
-    enum class Reach : std::uint8_t { Member, Module, Project };
-    Reach reach;
-    std::string mdl, mem;
-    std::size_t number;  ///< of the candidate, from 0
-  };
+  /// Numbers of candidates, from 0, by their names in lower case.
+  using Names = service::Text_Map<std::size_t>;
+  static constexpr unsigned kLocal = 1, kOf_Module = 2, kPublic = 4;  ///< where names are known
   struct Pending {
     int Lno;
     std::string Lin;
@@ -65,6 +62,7 @@ class Search_Run {
   void Search_Member(int ag_Pass, const std::vector<Range>& ranges);
   void Search_References();
   void Set_Arguments();
+  void Mark_Lines();
   void Src_Modul_Lop(int first, int last, int ag_Pass);
   void Dispatch(int ag_Pass);
   [[nodiscard]] bool Tes_CMd_Fnd();
@@ -105,7 +103,10 @@ class Search_Run {
   /// True for a scope digit that kinds 3, 4, 11, 12 accept here.
   [[nodiscard]] bool Is_Asked_Scope(char scope, bool several, bool friends) const;
   void Add_Candidate(const analyser::Def_Row& row);
-  [[nodiscard]] const Known* Find_Candidate(std::string_view word, std::string_view before) const;
+  [[nodiscard]] const Names* Names_Of(std::string_view owner) const;
+  [[nodiscard]] std::string_view Folded(std::string_view word) const;
+  [[nodiscard]] const std::size_t* Find_Candidate(std::string_view word,
+                                                  std::string_view before) const;
   void Use_Token(std::string_view padded, std::string_view token, std::size_t at,
                  std::string_view before);
 
@@ -131,7 +132,8 @@ class Search_Run {
   bool in_declare_ = false;
   std::string Src_Lin, Src_Hit;
   int Src_Lno = 0;
-  std::string tested_, cut_;  ///< the statement without its label; without its comment
+  std::vector<bool> may_hit_;  ///< by line, from 0: a word stands there; empty: not known
+  std::string tested_, cut_;   ///< the statement without its label; without its comment
   std::vector<With_Level> Wth;
   bool Blk_On = false;
   int Dir_Nst = 0;
@@ -142,7 +144,14 @@ class Search_Run {
   std::vector<analyser::Def_Found> found_;
   // Candidates.
   std::vector<Candidate> Cnd_Row;
-  service::Text_Map<std::vector<Known>> Cnd_Key;  ///< by name in lower case
+  /// By owner: "module, tab, member" of local ones, "module", or nothing of public ones, in lower
+  /// case.
+  service::Text_Map<Names> Cnd_Key;
+  service::Text_Map<unsigned> known_;  ///< all names, with flags of where they are candidates
+  const Names *local_ = nullptr, *of_module_ = nullptr,
+              *public_ = nullptr;        ///< of the place at hand
+  mutable std::string folded_;           ///< what `Folded` gave last
+  std::string module_key_, member_key_;  ///< owners' keys of the place at hand
   std::vector<unsigned> Cnd_Flg;
   bool Cnd_Glb = false;
 };

@@ -173,6 +173,68 @@ TEST(Cli, AWorkbookIsAProject) {
   EXPECT_EQ(Oru({"import", out, book}).code, kExit_Output);
 }
 
+TEST(Cli, SearchReplaceAndUndo) {
+  const test::Temp_Folder folder;
+  const std::string source =
+      "Attribute VB_Name = \"M\"\r\nSub A()\n    Tanka = 1 'Tanka\r\n    x = TANKA\r\nEnd Sub\r\n";
+  folder.Put("p/m.bas", source);
+  const std::string project = (folder / "p").string();
+  const auto search = [&](std::vector<std::string> more) {
+    more.insert(more.begin(), {"search", project});
+    return Oru(more);
+  };
+  EXPECT_EQ(search({"tanka", "--tsv"}).out,
+            "module\tprocedure\tfile\tline\trelative\tnames\ttext\n"
+            "M\tA\tm.bas\t2\t2\t\t    Tanka = 1 'Tanka\n"
+            "M\tA\tm.bas\t3\t3\t\t    x = TANKA\n");
+  EXPECT_EQ(search({"Tanka", "--exact", "--binary", "--no-comments"}).out,
+            "  M\n     A\n     2|    Tanka = 1 'Tanka\n\n ");
+  const struct {
+    std::vector<std::string> more;
+    int code;
+    std::string_view in_err;
+  } kCases[] = {
+      {{"zzz"}, kExit_Not_Found, "●検索条件に該当する文はありません"},
+      {{}, kExit_Usage, "検索文字列を指定してください"},
+      {{"x", "--kind", "nothing"}, kExit_Usage, "nothing"},
+      {{"(", "--kind", "pattern"}, kExit_Usage, "パターン文字列に誤り"},
+      {{"A", "--kind", "18"}, kExit_Usage, "参照されていません"},
+      {{"x", "--module", "N"}, kExit_Not_Found, "「N」"},
+      {{"--kind", "type", "--procedure", "M.A"}, kExit_Usage, "範囲"},
+      {{"tanka", "--html", project + "/m.bas"}, kExit_Output, "m.bas"},
+  };
+  for (const auto& c : kCases) {
+    const Ran run = search(c.more);
+    EXPECT_EQ(run.code, c.code) << c.in_err;
+    EXPECT_NE(run.err.find(c.in_err), std::string::npos) << run.err;
+  }
+  EXPECT_EQ(search({"tanka", "--html", (folder / "r.html").string(), "--rtf",
+                    (folder / "r.rtf").string()})
+                .code,
+            kExit_Ok);
+  EXPECT_NE(folder.Get("r.html").find("<html"), std::string::npos);
+  EXPECT_TRUE(folder.Get("r.rtf").starts_with("{\\rtf1"));
+
+  const std::vector<std::string> replace = {"replace", project, "Tanka", "単価", "--exact"};
+  const Ran shown = Oru(replace);
+  EXPECT_EQ(shown.out,
+            "m.bas:2\n-    Tanka = 1 'Tanka\n+    単価 = 1 '単価\n"
+            "m.bas:3\n-    x = TANKA\n+    x = 単価\n2 行が変わります。--write で書き込みます。\n");
+  EXPECT_EQ(folder.Get("p/m.bas"), source);
+  std::vector<std::string> write = replace;
+  write.emplace_back("--write");
+  EXPECT_EQ(Oru(write).code, kExit_Ok);
+  EXPECT_EQ(folder.Get("p/m.bas"),
+            "Attribute VB_Name = \"M\"\r\nSub A()\n    \x92P\x89\xBF = 1 '\x92P\x89\xBF\r\n"
+            "    x = \x92P\x89\xBF\r\nEnd Sub\r\n");
+  EXPECT_EQ(Oru({"undo", project}).code, kExit_Ok);
+  EXPECT_EQ(folder.Get("p/m.bas"), source);
+  EXPECT_EQ(Oru({"undo", project}).code, kExit_Not_Found);
+  EXPECT_EQ(Oru({"replace", project, "Tanka"}).code, kExit_Usage);
+  EXPECT_EQ(Oru({"replace", project, "Tanka", "😀", "--write"}).code, kExit_Output);
+  EXPECT_EQ(folder.Get("p/m.bas"), source);
+}
+
 TEST(Cli, JsonIsAListOfObjects) {
   const std::string sample = Sample();
   const auto modules = nlohmann::json::parse(Oru({"list", "modules", sample, "--json"}).out);

@@ -7,6 +7,7 @@
 #include "../fuzz/codec_entry.h"
 #include "../fuzz/exported_file_entry.h"
 #include "../fuzz/module_text_entry.h"
+#include "../fuzz/undo_record_entry.h"
 
 namespace oru {
 namespace {
@@ -20,6 +21,10 @@ TEST(FuzzCorpus, ExportedFile) {
 
 TEST(FuzzCorpus, ModuleText) {
   test::Run_Corpus("module_text", 7, fuzz::Run_Module_Text);
+}
+
+TEST(FuzzCorpus, UndoRecord) {
+  test::Run_Corpus("undo_record", 1, fuzz::Run_Undo_Record);
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 
 #include "host/memory_editor.h"
 #include "provider/lines.h"
+#include "provider/undo_record.h"
 #include "support/fakes.h"
 
 namespace oru::provider {
@@ -201,6 +202,37 @@ TEST_F(Writer_On_Disk, TheEditorsTextGoesBackToItsFiles) {
   EXPECT_TRUE(writer.Write_Edited(loaded).empty());
   EXPECT_EQ(folder.Get("b.bas"), "");
   EXPECT_EQ(folder.Get("c.bas"), "\n");
+}
+
+TEST_F(Writer_On_Disk, WhatWasReplacedIsTakenBackAsAWhole) {
+  const std::string old = "\xEF\xBB\xBFSub S()\n\r\nX\r", other = "Y\r\n";
+  folder.Put("a.bas", old);
+  folder.Put("sub/b.bas", other);
+  EXPECT_TRUE(Take_Back(Load()).unread) << "there is no record";
+  const auto replace = [&] {
+    folder.Put("a.bas", "new a");
+    folder.Put("sub/b.bas", "new b");
+    ASSERT_EQ(Save_Undo(Load().host_file, {{"a.bas", old, Hash_Bytes("new a"), 5},
+                                           {"sub/b.bas", other, Hash_Bytes("new b"), 5}}),
+              "");
+  };
+  replace();
+  EXPECT_TRUE(folder.Has(folder.Path().filename().string() + ".oru-undo"));
+  folder.Put("sub/b.bas", "by others");
+  Undone undone = Take_Back(Load());
+  EXPECT_NE(undone.error.find("b.bas"), std::string::npos) << undone.error;
+  EXPECT_EQ(folder.Get("a.bas"), "new a") << "all or nothing";
+  replace();
+  undone = Take_Back(Load());
+  EXPECT_EQ(undone.error, "");
+  EXPECT_EQ(folder.Get("a.bas"), old);
+  EXPECT_EQ(folder.Get("sub/b.bas"), other);
+  EXPECT_TRUE(Take_Back(Load()).unread) << "the record is gone";
+  // A record names files of the project only.
+  folder.Put("outside.txt", "x");
+  ASSERT_EQ(Save_Undo(Load().host_file, {{"outside.txt", "y", Hash_Bytes("x"), 1}}), "");
+  EXPECT_FALSE(Take_Back(Load()).error.empty());
+  EXPECT_EQ(folder.Get("outside.txt"), "x");
 }
 
 TEST_F(Writer_On_Disk, AFileThatIsGoneIsNotMadeAgain) {

@@ -4,7 +4,9 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <functional>
 #include <memory>
+#include <set>
 #include <utility>
 
 #include "analyser/definitions.h"
@@ -32,6 +34,7 @@ constexpr const char* kModule = "Frm_Search";
 constexpr std::string_view kStopped = "●検索処理を中止しました。";
 constexpr std::string_view kWide_Blank = "\u3000";
 constexpr std::size_t kMost_Rows = 20'000;
+constexpr std::size_t kRows_At_Once = 300;  // more are worth a word
 
 // The text with each full-width blank as a blank.
 std::string Plain_Blanks(std::string_view text) {
@@ -69,6 +72,14 @@ std::string Word_At(std::string_view line, int column) {
   while (begin > 0 && !ends(line[begin - 1])) --begin;
   while (end < line.size() && !ends(line[end])) ++end;
   return std::string(line.substr(begin, end - begin));
+}
+
+// What a pattern matched, each text once.
+std::vector<std::string> Matches_In(const std::vector<std::string>& rows) {
+  std::set<std::string, std::less<>> matches;
+  for (const std::string& row : rows)
+    for (const std::string_view match : Read_Row(row).Hits) matches.emplace(match);
+  return {matches.begin(), matches.end()};
 }
 
 // Puts flags back whatever happens.
@@ -119,6 +130,10 @@ void Frm_Search::FCx_Object_Click(const Query_Ctx& ctx, int code) {
     FCo.Opt = kPartial;
     FCo.Wrd.clear();
   }
+}
+
+void Frm_Search::Cond_Changed(const Query_Ctx& ctx) {
+  if (!busy_ && ctx.Srv.Opt.Flag("FOp_ScOpt1")) (void)Src_Start_Proc(ctx, 0);
 }
 
 bool Frm_Search::Take_Words(const Query_Ctx& ctx, Search_View& view, int ag_Msg) {
@@ -316,7 +331,16 @@ void Frm_Search::Src_Main(const Query_Ctx& ctx, const service::Pattern* pattern,
   if (!again && view.Row.size() > kMost_Rows &&
       !goes_on("検索結果の表示可能行数は最大９９９９行です。    |処理を続行しますか。"))
     return Stop(ctx);
+  if (view.Cond.Knd == kSearch_Pattern) view.Words = Matches_In(view.Row);
+  if (view.Row.size() > kRows_At_Once) {
+    service::Progress progress;
+    progress.text = "検索結果を編集しています";
+    progress.total = static_cast<std::int64_t>(view.Row.size());
+    progress.label = progress.text;
+    ctx.Srv.Ui.Show_Progress(progress);
+  }
   slot.Text = Set_Res_Lin(ctx.Tbl, view, Style_Of(ctx, Absolute_Lines));
+  ctx.Srv.Ui.Close_Progress();
   view.Viw_Rep = (view.Cond.Knd == kSearch_Text || view.Cond.Knd == kSearch_Exact) &&
                  view.Viw_Hit >= 1 && view.Viw_Wrd.find('|') == std::string::npos;
 }

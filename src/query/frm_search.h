@@ -57,6 +57,8 @@ struct Frm_Search {
 
   /// Asks for the default scope of a kind that was chosen, and drops what it has no condition for.
   void FCx_Object_Click(const Query_Ctx& ctx, int code);
+  /// A condition was changed: asks again, silently, if the options want that.
+  void Cond_Changed(const Query_Ctx& ctx);
   /// Validates the question and runs it in the current view. `ag_Msg` 1: started by the user, who is
   /// told what is missing. False if there was no run.
   bool Src_Start_Proc(const Query_Ctx& ctx, int ag_Msg);

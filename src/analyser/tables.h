@@ -118,6 +118,11 @@ struct Ctl_Row {
   }
 };
 
+/// True if a field of a row holds that code.
+[[nodiscard]] constexpr bool Is_Code(std::string_view field, char code) {
+  return field.size() == 1 && field[0] == code;
+}
+
 /// One analysed module: the seven items.
 struct Mdl_Entry {
   std::string Mdl;                       ///< the `Mdl` row

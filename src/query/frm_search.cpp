@@ -223,7 +223,7 @@ bool Frm_Search::Take_Target(const Query_Ctx& ctx, Search_View& view) {
   view.Viw_RSc = cur.Mem.Mem_Scp;
   view.Viw_Wrd = view.Cond.Wrd = FCo.Wrd = view.Viw_RMm;
   view.Cond.Scp =
-      view.Viw_RSc == std::string_view(&analyser::kScp_Private, 1) ? kIn_Module : kIn_Project;
+      analyser::Is_Code(view.Viw_RSc, analyser::kScp_Private) ? kIn_Module : kIn_Project;
   view.Words.clear();
   for (const std::string_view word : service::Split(view.Viw_Wrd, " "))
     view.Words.emplace_back(analyser::To_Host_Name(word).Nam);
@@ -387,7 +387,7 @@ bool Frm_Search::Get_Inform(const Query_Ctx& ctx) {
     if (!service::Equal_No_Case(cur.Def.Def_Nam, word)) continue;
     FCo.Opt = kExact;
     FCo.Scp = row[0] == '0' ? kIn_Procedure
-              : row[0] == '1' && cur.Def.Def_Scp != std::string_view(&analyser::kScp_Public, 1)
+              : row[0] == '1' && !analyser::Is_Code(cur.Def.Def_Scp, analyser::kScp_Public)
                   ? kIn_Module
                   : kIn_Project;
     Asr_Mdl = row[0] == '2' ? cur.Def.Def_Mdl : caret->Mdl_Nam;
@@ -399,7 +399,7 @@ bool Frm_Search::Get_Inform(const Query_Ctx& ctx) {
     for (const auto& member : entry->Mem) {
       if (!service::Equal_No_Case(analyser::To_Host_Name(member.key).Nam, word)) continue;
       analyser::Set_Mem_Inf(cur, member.value);
-      const bool is_private = cur.Mem.Mem_Scp == std::string_view(&analyser::kScp_Private, 1);
+      const bool is_private = analyser::Is_Code(cur.Mem.Mem_Scp, analyser::kScp_Private);
       if (is_private && cur.Mdl.Mdl_Nam != caret->Mdl_Nam) continue;
       FCo.Opt = kExact;
       FCo.Scp = is_private ? kIn_Module : kIn_Project;

@@ -18,7 +18,6 @@ using service::Trim;
 namespace {
 
 constexpr auto npos = std::string_view::npos;
-constexpr std::size_t kMost_With = 10;
 
 // Whether a kind asks for definitions of that kind.
 bool Asks_For(int code, char kind) {
@@ -39,10 +38,6 @@ bool Asks_For(int code, char kind) {
     default:
       return false;
   }
-}
-
-bool Is_One_Of(int code, std::initializer_list<int> codes) {
-  return std::find(codes.begin(), codes.end(), code) != codes.end();
 }
 
 bool Lists_Uses(int code) {

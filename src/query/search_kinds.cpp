@@ -2,20 +2,11 @@
 #include "query/search_kinds.h"
 
 #include <algorithm>
-#include <initializer_list>
 #include <string>
 
 #include "service/text.h"
 
 namespace oru::query {
-
-namespace {
-
-bool Is_One_Of(int code, std::initializer_list<int> codes) {
-  return std::find(codes.begin(), codes.end(), code) != codes.end();
-}
-
-}  // namespace
 
 const Search_Kind* Kind_Of(int code) {
   if (code == kSearch_Exact) code = kSearch_Text;

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <initializer_list>
 #include <string_view>
 
 namespace oru::query {
@@ -79,6 +80,13 @@ constexpr std::array<Search_Kind, 27> kSearch_Kinds{{
     {kSearch_Directive, "ディレクティブ", "directive", false},
     {kSearch_Error_Call, "不整合の例外処理呼出文", "error-call", false},
 }};
+
+/// True if the code is one of those.
+[[nodiscard]] constexpr bool Is_One_Of(int code, std::initializer_list<int> codes) {
+  for (const int one : codes)
+    if (one == code) return true;
+  return false;
+}
 
 /// The kind of a code, or null; code 1 answers as 0.
 [[nodiscard]] const Search_Kind* Kind_Of(int code);

@@ -20,11 +20,6 @@ using service::Trim;
 namespace {
 
 constexpr auto npos = std::string_view::npos;
-constexpr std::size_t kMost_With = 10;
-
-bool Is(const std::string& field, char code) {
-  return field.size() == 1 && field[0] == code;
-}
 
 // Where a search goes on behind the beginning of a place: by one character.
 std::size_t Behind_First(std::string_view text, Text_Span span) {
@@ -200,8 +195,9 @@ void Search_Run::Chk_Value() {
   if (found_.empty()) return;
   const analyser::Def_Row& row = found_.front().Row;
   const bool several = cond_.Knd == kSearch_Variables;
-  if (!(Is(row.Def_Knd, analyser::kDef_Dim) || Is(row.Def_Knd, analyser::kDef_Static) ||
-        Is(row.Def_Knd, analyser::kDef_Variable)) ||
+  if (!(analyser::Is_Code(row.Def_Knd, analyser::kDef_Dim) ||
+        analyser::Is_Code(row.Def_Knd, analyser::kDef_Static) ||
+        analyser::Is_Code(row.Def_Knd, analyser::kDef_Variable)) ||
       row.Def_Scp.empty() || !Is_Asked_Scope(row.Def_Scp[0], several, true) ||
       (several && found_.size() < 2))
     return;
@@ -216,7 +212,7 @@ void Search_Run::Chk_Const() {
   if (found_.empty()) return;
   const analyser::Def_Row& row = found_.front().Row;
   const bool several = cond_.Knd == kSearch_Constants;
-  if (!Is(row.Def_Knd, analyser::kDef_Const) || row.Def_Scp.empty() ||
+  if (!analyser::Is_Code(row.Def_Knd, analyser::kDef_Const) || row.Def_Scp.empty() ||
       !Is_Asked_Scope(row.Def_Scp[0], several, false) || (several && parts.size() < 2))
     return;
   Src_Hit = row.Def_Nam;
@@ -232,8 +228,9 @@ void Search_Run::Chk_Block(char kind, std::string_view end) {
     analyser::Chk_Def_Inf(statement, in_declare_, found_);
     if (!found_.empty()) {
       const analyser::Def_Row& row = found_.front().Row;
-      if (Is(row.Def_Knd, kind) &&
-          (Is(row.Def_Scp, analyser::kScp_Public) || Is(row.Def_Scp, analyser::kScp_Private))) {
+      if (analyser::Is_Code(row.Def_Knd, kind) &&
+          (analyser::Is_Code(row.Def_Scp, analyser::kScp_Public) ||
+           analyser::Is_Code(row.Def_Scp, analyser::kScp_Private))) {
         Src_Hit = row.Def_Nam;
         Set_Hit_Lst();
         Blk_On = true;
@@ -341,8 +338,8 @@ void Search_Run::Chk_Call() {
 }
 
 void Search_Run::Chk_RfArg() {
-  if (Arg_Lst.empty() || Is(cur_.Mem.Mem_Knd, analyser::kMem_Event) || Src_Lno == CMm_Bdy ||
-      Is_Comment(tested_))
+  if (Arg_Lst.empty() || analyser::Is_Code(cur_.Mem.Mem_Knd, analyser::kMem_Event) ||
+      Src_Lno == CMm_Bdy || Is_Comment(tested_))
     return;
   cut_ = tested_;
   (void)analyser::Sep_Comment(cut_);

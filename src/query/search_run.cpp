@@ -29,10 +29,6 @@ int Number(std::string_view digits) {
   return static_cast<int>(service::Val(digits));
 }
 
-bool Is(const std::string& field, char code) {
-  return field.size() == 1 && field[0] == code;
-}
-
 bool Reports_Unused(int code) {
   return code == kSearch_Unused_Variable || code == kSearch_Unused_Constant ||
          code == kSearch_Unused_Type || code == kSearch_Unused_Enum;
@@ -250,7 +246,7 @@ void Search_Run::Set_Arguments() {
   const bool unused = cond_.Knd == kSearch_Unused_Argument;
   if (!unused && cond_.Knd != kSearch_Assigned_Argument) return;
   // The signature of an event or of a callback is fixed.
-  if (unused && (Is(cur_.Mem.Mem_Knd, analyser::kMem_Event) ||
+  if (unused && (analyser::Is_Code(cur_.Mem.Mem_Knd, analyser::kMem_Event) ||
                  ctx_.Tbl.Cbk_Col.Has(analyser::To_Host_Name(Mem_Nam).Nam)))
     return;
   arguments_.clear();

@@ -54,6 +54,7 @@ class Search_Run {
     std::vector<std::string> Tgt;
     std::vector<std::unique_ptr<Pending>> Pnd;
   };
+  static constexpr std::size_t kMost_With = 10;   ///< depth of With
   static constexpr unsigned kRead = 1, kSet = 2;  ///< flags of `Cnd_Flg`
 
   // The walk.

@@ -78,12 +78,12 @@ std::vector<Unused_Row> Get_Unused(const analyser::Tables& tables) {
     for (const auto& item : cur.Entry->Mem) {
       analyser::Set_Mem_Inf(cur, item.value);
       const analyser::Mem_Row& row = cur.Mem;
-      const bool is_api = row.Mem_Knd == std::string_view(&analyser::kMem_Api, 1);
+      const bool is_api = analyser::Is_Code(row.Mem_Knd, analyser::kMem_Api);
       const Ref_Cell cell = Get_Ref_Cell(tables, row);
       if (is_api ? cell.Mrk.find("↑") != std::string_view::npos : !cell.Red) continue;
       const auto lines = To_Number(row.Mem_Stm) + To_Number(row.Mem_Cmt) + To_Number(row.Mem_Blk);
       unused.push_back({row.Mem_Mdl, row.Mem_Nam, std::string(analyser::Set_Mem_Typ(row)),
-                        row.Mem_Scp == std::string_view(&analyser::kScp_Public, 1),
+                        analyser::Is_Code(row.Mem_Scp, analyser::kScp_Public),
                         cell.Mrk.find("↓") != std::string_view::npos,
                         static_cast<int>(To_Number(row.Mem_Lin)), static_cast<int>(lines)});
     }

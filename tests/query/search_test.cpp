@@ -56,6 +56,17 @@ class Searches : public testing::Test {
     form.FCo.Opt = question.opt;
     return form.Src_Start_Proc(Ctx(), 1) ? Found() : "no run";
   }
+  struct Case {
+    std::string_view what;
+    Question question;
+    std::string_view found;
+  };
+  void Expect(std::initializer_list<Case> cases) {
+    for (const Case& c : cases) {
+      SCOPED_TRACE(c.what);
+      EXPECT_EQ(Search(c.question), c.found);
+    }
+  }
   std::string Last_Message() {
     return project.Ui.messages.empty() ? "" : project.Ui.messages.back().text;
   }
@@ -120,7 +131,7 @@ Sub A()
 10: foo.Bar = 2: If Foo = 1 Then Foo = 3
 End Sub)bas");
   ASSERT_TRUE(project.Analyse());
-  struct Case {
+  struct Word_Case {
     std::string_view what;
     std::string words;
     int opt, any;
@@ -128,7 +139,7 @@ End Sub)bas");
     bool comments, commented_out, constants;
     std::string_view found;
   };
-  const Case cases[] = {
+  const Word_Case cases[] = {
       {"anywhere", "foo", 0, 0, Compare::Text, true, true, true,
        "M.%Declare:2 M.A:4 M.A:5 M.A:6 M.A:7 M.A:8 M.A:9"},
       {"exact letters", "foo", 0, 0, Compare::Binary, true, true, true,
@@ -147,7 +158,7 @@ End Sub)bas");
       {"and not in them", "foo", 1, 0, Compare::Binary, false, true, false, "M.A:9"},
       {"assigned", "Foo", 2, 0, Compare::Binary, true, true, true, "M.A:6"},
   };
-  for (const Case& c : cases) {
+  for (const Word_Case& c : cases) {
     SCOPED_TRACE(c.what);
     form.FCo.Cnd = c.any;
     form.FCo.Cmp = c.compare;
@@ -236,11 +247,7 @@ Sub A()
 End Sub)bas")
       .Add("N", "Public g As Long\nSub B()\n    Dim v As Long\n    Api1\nEnd Sub");
   ASSERT_TRUE(project.Analyse());
-  const struct {
-    std::string_view what;
-    Question question;
-    std::string_view found;
-  } kCases[] = {
+  Expect({
       {"public variables", {kSearch_Variable}, "M.%Declare:1~a N.%Declare:1~g"},
       {"a module's", {kSearch_Variable, "", kIn_Module, "M:20"}, "M.%Declare:1~a M.%Declare:2~c"},
       {"a procedure's", {kSearch_Variable, "", kIn_Procedure, "M:20"}, "M.A:20~i M.A:21~s"},
@@ -258,11 +265,7 @@ End Sub)bas")
       {"declared procedures", {kSearch_Api}, "M.Api1:12~Api1 M.Api2:14~Api2"},
       {"those that nobody calls", {kSearch_Unused_Api}, "M.Api2:14~Api2"},
       {"comments", {kSearch_Comment}, "M.A:17 M.A:18"},
-  };
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(c.what);
-    EXPECT_EQ(Search(c.question), c.found);
-  }
+  });
   form.FCo.COt = false;
   EXPECT_EQ(Search({kSearch_Comment}), "M.A:18");
 }
@@ -341,11 +344,7 @@ Sub B()
 End Sub)bas")
       .Add("N", "Sub C()\n    M.gUsed = 2\n    x = gUsed\nEnd Sub");
   ASSERT_TRUE(project.Analyse());
-  const struct {
-    std::string_view what;
-    Question question;
-    std::string_view found;
-  } kCases[] = {
+  Expect({
       {"unused variables",
        {kSearch_Unused_Variable},
        "M.%Declare:1~gUnused M.%Declare:3~mNone M.%Declare:11~v M.A:25~w M.B:29~n"},
@@ -364,11 +363,7 @@ End Sub)bas")
        {kSearch_Module_Use, "", kIn_Module, "M:19"},
        "M.A:20~mSet M.A:24~mRead M.B:30~mNone"},
       {"uses of locals", {kSearch_Local_Use, "", kIn_Procedure, "M:29"}, "M.B:30~mNone"},
-  };
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(c.what);
-    EXPECT_EQ(Search(c.question), c.found);
-  }
+  });
   EXPECT_EQ(Search({kSearch_Unused_Variable, "", kIn_Procedure, "M:1"}),
             "M.%Declare:1~gUnused M.%Declare:3~mNone M.%Declare:11~v M.A:25~w M.B:29~n")
       << "from the declaration section the module is searched";

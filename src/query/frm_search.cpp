@@ -55,12 +55,6 @@ std::vector<std::string> Cut_Words(std::string_view question) {
   return words;
 }
 
-std::string Stamp(const service::Clock& clock) {
-  const service::Date_Time now = clock.Now();
-  return fmt::format("{:02}{:02}{:02}{:02}{:02}{:02}", now.year % 100, now.month, now.day, now.hour,
-                     now.minute, now.second);
-}
-
 // The word at a column of a line, 1-based characters.
 std::string Word_At(std::string_view line, int column) {
   const std::size_t at = service::Byte_Of_Chr(line, service::Chr_Count{column});
@@ -312,7 +306,7 @@ void Frm_Search::Src_Main(const Query_Ctx& ctx, const service::Pattern* pattern,
     Stop(ctx);
     throw;
   }
-  view.Viw_Tim = Stamp(ctx.Srv.Clk);
+  view.Viw_Tim = service::Stamp(ctx.Srv.Clk.Now());
   const auto goes_on = [&](std::string_view question) {
     return Srv_Dsp_Msg(ctx.Srv, question, Buttons::Yes_No, 1, Icon::Question) != Answer::No;
   };

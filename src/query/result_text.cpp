@@ -19,7 +19,7 @@ namespace {
 constexpr int kNumber_Width = 5;
 
 void Start(Rich_Text& text, const Result_Style& style, const Text_Styles& styles) {
-  text.Int_RTx_Inf(styles.Txt.colour, style.Opt.Text("FntNam2"), style.Opt.Real("FntSiz2"),
+  text.Int_RTx_Inf(styles.Txt.colour, style.Opt.Text("FntNam3"), style.Opt.Real("FntSiz3"),
                    style.Opt.Number("Spc_Lin"));
 }
 

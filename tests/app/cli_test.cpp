@@ -235,6 +235,25 @@ TEST(Cli, SearchReplaceAndUndo) {
   EXPECT_EQ(folder.Get("p/m.bas"), source);
 }
 
+TEST(Cli, Outline) {
+  const test::Temp_Folder folder;
+  folder.Put("p/m.bas",
+             "Attribute VB_Name = \"M\"\r\nSub A()\r\n    If x Then\r\n        B\r\n    End If\r\n"
+             "End Sub\r\nSub B()\r\nEnd Sub\r\n");
+  const std::string project = (folder / "p").string();
+  const std::string a =
+      "  A  (M)\n     1|Sub A()\n     2|If x Then\n     3|│  B\n     4|End If\n"
+      "     5|End Sub\n";
+  EXPECT_EQ(Oru({"outline", project, "M.A"}).out, a);
+  EXPECT_EQ(Oru({"outline", project, "M", "--no-calls", "--tsv"}).out,
+            "module\tprocedure\tline\tdepth\ttext\nM\tA\t1\t0\tSub A()\nM\tA\t2\t0\tIf x Then\n"
+            "M\tA\t4\t0\tEnd If\nM\tA\t5\t0\tEnd Sub\nM\tB\t6\t0\tSub B()\n"
+            "M\tB\t7\t0\tEnd Sub\n");
+  EXPECT_EQ(Oru({"outline", project, "M.None"}).code, kExit_Not_Found);
+  EXPECT_EQ(Oru({"outline", project, "A", "--show", "x"}).code, kExit_Usage);
+  EXPECT_EQ(Oru({"outline", project, "A", "--comments", "above,x"}).code, kExit_Usage);
+}
+
 TEST(Cli, JsonIsAListOfObjects) {
   const std::string sample = Sample();
   const auto modules = nlohmann::json::parse(Oru({"list", "modules", sample, "--json"}).out);

@@ -214,6 +214,7 @@ constexpr const char* kFooter =
     "  oru search 受注管理/ --kind unused-variable  どこでも使われていない変数\n"
     "  oru search 受注管理/ 単価 数量 --html 結果.html\n"
     "                                               文字列を検索し、ページとして保存する\n"
+    "  oru outline 受注管理/ modJuchu.Touroku       プロシージャの制御構造\n"
     "  oru replace 受注管理/ Tanka Unit_Price --exact --write\n"
     "                                               置換する (oru undo 受注管理/ で取り消す)\n"
     "  oru extract 受注管理.xlsm src/               モジュールをファイルに書き出す\n"
@@ -238,6 +239,7 @@ int Run_Cli(int argc, const char* const* argv, std::ostream& out, std::ostream& 
   History_Options history;
   Exchange_Options exchange;
   Search_Options search;
+  Outline_Options outline;
   std::string member;
   Command chosen;
   const auto choose = [&chosen](Needs needs, auto run) {
@@ -314,6 +316,13 @@ int Run_Cli(int argc, const char* const* argv, std::ostream& out, std::ostream& 
   Add_Search_Options(*searching, search);
   searching->callback(choose(Needs::Analysis, [&search](const Work& w, const Output& o) {
     return Cmd_Search(w, o, search);
+  }));
+  CLI::App* outlining = app.add_subcommand(
+      "outline", "制御構造: 条件・繰返し・飛び先と呼出を、ネストの罫線とともに表示する");
+  Add_Common(*outlining, common);
+  Add_Outline_Options(*outlining, outline);
+  outlining->callback(choose(Needs::Analysis, [&outline](const Work& w, const Output& o) {
+    return Cmd_Outline(w, o, outline);
   }));
   CLI::App* replacing = app.add_subcommand(
       "replace", "文字列の置換: 変更される行を表示し、--write でファイルに書き込む");

@@ -11,6 +11,8 @@
 #include "app/cli/output.h"
 #include "app/file_project.h"
 #include "app/session.h"
+#include "query/rich_text.h"
+#include "views/references.h"
 
 namespace CLI {
 class App;
@@ -58,6 +60,22 @@ struct Exchange_Options {
 void Add_Extract_Options(CLI::App& command, Exchange_Options& options);
 void Add_Import_Options(CLI::App& command, Exchange_Options& options);
 
+/// Files into which a coloured text is written beside or instead of the terminal.
+struct Text_Files {
+  std::string Rtf, Html;
+  [[nodiscard]] bool Empty() const { return Rtf.empty() && Html.empty(); }
+};
+void Add_Text_Files(CLI::App& command, Text_Files& files);
+/// Writes them. False, and told, if one cannot be written, or is named like a module or a workbook.
+[[nodiscard]] bool Save_Text(const Output& output, const query::Rich_Text& text,
+                             const Text_Files& files, std::string_view title);
+/// Prints a coloured text as the terminal can show it.
+void Print_Text(const Output& output, const query::Rich_Text& text);
+
+/// The one member of that name. Another exit code, and told, if there is none or more than one.
+[[nodiscard]] int Find_One(const Work& work, const Output& output, const std::string& name,
+                           views::Member_Name& found);
+
 /// What `oru search` and `oru replace` were asked for.
 struct Search_Options {
   std::string Kind = "text";
@@ -67,12 +85,24 @@ struct Search_Options {
   std::string Module, Procedure;  ///< the scope; both empty: the project
   bool By_Name = false;           ///< procedures sorted by name
   bool Relative = false;          ///< line numbers count from the procedure
-  std::string Rtf, Html;          ///< files to write
-  bool Write = false;             ///< replace: change the files
-  bool Signed = false;            ///< replace: write although a signature becomes invalid
+  Text_Files Files;
+  bool Write = false;   ///< replace: change the files
+  bool Signed = false;  ///< replace: write although a signature becomes invalid
 };
 void Add_Search_Options(CLI::App& command, Search_Options& options);
 void Add_Replace_Options(CLI::App& command, Search_Options& options);
+
+/// What `oru outline` was asked for.
+struct Outline_Options {
+  std::string Name;              ///< "Module.Member", a member, or a module
+  std::string Show = "control";  ///< see the help
+  std::vector<std::string> Comments;
+  int Levels = 0, From = 0;
+  bool Blank = false, No_Calls = false, Call_Comments = false, Commented_Out = false;
+  bool No_Jumps = false, No_Directives = false, Relative = false;
+  Text_Files Files;
+};
+void Add_Outline_Options(CLI::App& command, Outline_Options& options);
 
 /// Adds the options of the two lists to their commands.
 void Add_Module_List_Options(CLI::App& command, List_Options& options);
@@ -94,6 +124,9 @@ void Add_Procedure_List_Options(CLI::App& command, List_Options& options);
 
 /// The statements of a kind that match, as coloured lines, rows, or files.
 [[nodiscard]] int Cmd_Search(const Work& work, const Output& output, const Search_Options& options);
+/// The control structure of a procedure, or of all procedures of a module.
+[[nodiscard]] int Cmd_Outline(const Work& work, const Output& output,
+                              const Outline_Options& options);
 /// Shows what a replacement changes, and does it if asked to.
 [[nodiscard]] int Cmd_Replace(const Work& work, const Output& output,
                               const Search_Options& options);

@@ -10,14 +10,10 @@
 #include "app/cli/cli.h"
 #include "app/cli/commands.h"
 #include "host/places.h"
-#include "provider/book_file.h"
-#include "provider/exported_file.h"
 #include "provider/lines.h"
 #include "provider/undo_record.h"
 #include "provider/writer.h"
 #include "query/frm_search.h"
-#include "query/html_writer.h"
-#include "query/rtf_writer.h"
 #include "query/terminal_writer.h"
 #include "service/errors.h"
 #include "service/files.h"
@@ -105,34 +101,14 @@ class Search_Work {
   [[nodiscard]] const query::Query_Ctx& Ctx() const { return ctx_; }
 
  private:
-  // The one member of that name; an exit code if there is none, or more than one.
-  int Find(const std::string& name, views::Member_Name& found) {
-    std::vector<views::Member_Name> members = views::Find_Members(work_.session.Tbl, name);
-    if (members.empty()) {
-      Tell(output_.err,
-           fmt::format("「{}」というプロシージャはプロジェクトにありません。「oru list "
-                       "procedures」で名前を確認してください。",
-                       name));
-      return kExit_Not_Found;
-    }
-    if (members.size() > 1) {
-      std::string all;
-      for (const views::Member_Name& member : members)
-        all += fmt::format(" {}.{}", member.Module, member.Member);
-      Tell(output_.err, fmt::format("「{}」は１つに決まりません:{}", name, all));
-      return kExit_Usage;
-    }
-    found = std::move(members.front());
-    return kExit_Ok;
-  }
-
   int Put_Caret_On_Procedure(int code) {
     if (!query::Has_Condition(code, query::Search_Condition::In_Procedure)) {
       Tell(output_.err, "この検索対象にプロシージャの範囲は指定できません。");
       return kExit_Usage;
     }
     views::Member_Name member;
-    if (const int exit = Find(options_.Procedure, member); exit != kExit_Ok) return exit;
+    if (const int exit = Find_One(work_, output_, options_.Procedure, member); exit != kExit_Ok)
+      return exit;
     form_.FCo.Scp = query::kIn_Procedure;
     if (host::Set_Prc_Pos(*work_.session.VBInst, member.Module, member.Member, 1)) return kExit_Ok;
     return host::Set_Mdl_Lin(*work_.session.VBInst, member.Module, 1) ? kExit_Ok : kExit_Not_Found;
@@ -144,7 +120,8 @@ class Search_Work {
       return kExit_Usage;
     }
     views::Member_Name member;
-    if (const int exit = Find(words.front(), member); exit != kExit_Ok) return exit;
+    if (const int exit = Find_One(work_, output_, words.front(), member); exit != kExit_Ok)
+      return exit;
     analyser::Tbl_Cur cur;
     if (!analyser::Set_Mem_Fld(work_.session.Tbl, cur, member.Module, member.Member))
       return kExit_Not_Found;
@@ -181,23 +158,6 @@ Out_Table Rows_Of(const Work& work, const query::Search_View& view) {
                           std::string(row.Text)});
   }
   return table;
-}
-
-// Writes a file that the user named for a result. False, and told, if it cannot be written.
-bool Save(const Output& output, const std::string& path, std::string_view bytes) {
-  if (path.empty()) return true;
-  const fs::path file(path);
-  if (provider::Kind_Of_Extension(file.extension().string()) || provider::Is_Book(file)) {
-    Tell(output.err, fmt::format("「{}」はモジュールかブックの名前のため、書き込みません。", path));
-    return false;
-  }
-  const service::File_Result put = service::Write_File(file, bytes);
-  if (!put.Ok()) Tell(output.err, put.error);
-  return put.Ok();
-}
-
-query::Term_Options Colours(const Output& output) {
-  return {.colours = output.colours ? query::Term_Colours::True : query::Term_Colours::None};
 }
 
 // A planned line as it is and as it will be.
@@ -267,9 +227,7 @@ void Add_Search_Options(CLI::App& command, Search_Options& options) {
   Add_Conditions(command, options);
   command.add_flag("--by-name", options.By_Name, "プロシージャを名前順に並べる");
   command.add_flag("--relative", options.Relative, "行番号をプロシージャの先頭から数える");
-  command.add_option("--rtf", options.Rtf, "結果をリッチテキストのファイルに書く")
-      ->type_name("FILE");
-  command.add_option("--html", options.Html, "結果を HTML のファイルに書く")->type_name("FILE");
+  Add_Text_Files(command, options.Files);
   command.footer(Kinds_Help());
 }
 
@@ -298,18 +256,13 @@ int Cmd_Search(const Work& work, const Output& output, const Search_Options& opt
   if (const int exit = search.Run(); exit != kExit_Ok) return exit;
   const query::Search_Slot& slot = search.Form().Cur();
   const query::Rich_Text& text = slot.Text.Text;
-  if (!Save(output, options.Rtf,
-            options.Rtf.empty() ? "" : query::Rtf_Writer().Add_RTx_Hed(text)) ||
-      !Save(output, options.Html,
-            options.Html.empty() ? ""
-                                 : query::Get_RTx_Html(text, {.title = work.session.Srv.Prj_Nam})))
-    return kExit_Output;
+  if (!Save_Text(output, text, options.Files, work.session.Srv.Prj_Nam)) return kExit_Output;
   if (output.format != Format::Columns)
     Print_Table(output.out, Rows_Of(work, slot.Viw), output.format, output.width);
   else if (slot.Viw.Row.empty())
     output.err << query::Get_RTx_Term(text, {.colours = query::Term_Colours::None});
-  else if (options.Rtf.empty() && options.Html.empty())
-    output.out << query::Get_RTx_Term(text, Colours(output));
+  else if (options.Files.Empty())
+    Print_Text(output, text);
   return slot.Viw.Row.empty() ? kExit_Not_Found : kExit_Ok;
 }
 

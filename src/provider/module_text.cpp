@@ -150,8 +150,10 @@ Imported_Source To_Source(std::string_view file, std::string_view old_source,
                           const service::Code_Page& page) {
   std::string encoded;
   Encoding encoding = service::Detect_Encoding(file);
-  // Bytes of a code page can look like UTF-8 by chance; then those of the old source do as well.
-  if (encoding == Encoding::Utf8 && Looks_Like_Utf8(old_source)) encoding = Encoding::Code_Page;
+  // Bytes of a code page can look like UTF-8 by chance; then those of the old source's file do so.
+  if (encoding == Encoding::Utf8 &&
+      Looks_Like_Utf8(To_File(old_source, host::kType_Class, {}, {}).bytes))
+    encoding = Encoding::Code_Page;
   if (encoding != Encoding::Code_Page) {
     const service::Decoded decoded = service::Decode(file, encoding, page);
     if (decoded.bad_bytes > 0) return {"文字コードが正しくないため、取り込めません。", {}};

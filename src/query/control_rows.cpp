@@ -78,7 +78,7 @@ class Outline {
   Outline(int member_line, const Control_Cond& cond, const Calls_Of& calls)
       : member_line_(member_line), cond_(cond), calls_(calls) {}
 
-  void Take(int line, std::vector<std::string_view> lines) {
+  void Take(int line, const std::vector<std::string_view>& lines) {
     std::string statement;
     for (const std::string_view one : lines)
       statement.append(statement.empty() ? "" : "\r\n").append(one);
@@ -100,6 +100,7 @@ class Outline {
       if (const std::size_t at = line.find_first_not_of(" \t"); at != npos)
         indent = std::min(indent, at);
     std::vector<std::string> cut;
+    cut.reserve(lines.size());
     for (const std::string_view line : lines)
       cut.emplace_back(line.substr(std::min(indent == npos ? 0 : indent, line.size())));
     return cut;
@@ -232,7 +233,7 @@ std::vector<Control_Row> Get_Control_Rows(const std::vector<std::string_view>& l
     if (statement.empty()) begin = first_line + static_cast<int>(i);
     statement.push_back(lines[i]);
     if (service::Trim_Right(lines[i]).ends_with(" _") && i + 1 < lines.size()) continue;
-    outline.Take(begin, std::move(statement));
+    outline.Take(begin, statement);
     statement.clear();
   }
   return outline.Rows();

@@ -163,13 +163,13 @@ bool Frm_Search::Take_Words(const Query_Ctx& ctx, Search_View& view, int ag_Msg)
     Chk_One.clear();
     return true;
   }
-  if (one == Chk_One) return true;
-  Chk_One = one;
   if (srv.Opt.Flag("FCk_ParHt")) {
     cond.Knd = kSearch_Exact;
     cond.Opt = kExact;
     return true;
   }
+  if (one == Chk_One) return true;
+  Chk_One = one;
   switch (Srv_Dsp_Msg(srv,
                       "検索文字列が半角１桁です。|完全一致オプションを設定して検索しますか。    ",
                       Buttons::Yes_No_Cancel, 1, Icon::Question)) {
@@ -230,6 +230,11 @@ bool Frm_Search::Src_Start_Proc(const Query_Ctx& ctx, int ag_Msg) {
   const Busy busy(busy_, ctx.Srv.Ui);
   if (ctx.Get_Pgm_Inf) ctx.Get_Pgm_Inf();
 
+  if (ag_Msg == 1) {
+    // The user's own word; where that is declared nobody asked.
+    Asr_Mdl.clear();
+    Asr_Mem.clear();
+  }
   Search_View& view = Cur().Viw;
   const Search_View before = view;  // a question that is refused leaves the view as it was
   const bool same_target = view.Cond.Knd == kSearch_Reference && FCo.Knd == kSearch_Reference;

@@ -59,16 +59,22 @@ class Line_Rewriter {
   }
 
   [[nodiscard]] std::string Rewrite(const Statement& statement, std::string_view line) const {
-    const std::string padded = Padded(statement.text);
-    const std::size_t begin = statement.line_at + 1;  // of the line in the padded text
-    const std::size_t end = std::min(begin + line.size(), begin + Searched(statement));
+    // What the search looked at is what is replaced in; places are those of that part, padded.
+    const Text_Span part = Searched(statement.text);
+    const std::string padded = Padded(std::string_view(statement.text).substr(part.at, part.size));
+    const auto place = [&](std::size_t at) {
+      return std::clamp(at, part.at, part.End()) - part.at + 1;
+    };
+    const std::size_t end = place(statement.line_at + line.size());
     std::string out;
-    std::size_t done = begin;
-    while (const auto hit = Next(padded, done, end)) {
-      out.append(padded, done, hit->span.at - done).append(hit->word->now);
-      done = hit->span.End();
+    std::size_t done = 0;  // of the line
+    for (std::size_t at = place(statement.line_at); const auto hit = Next(padded, at, end);) {
+      const std::size_t in_line = hit->span.at - 1 + part.at - statement.line_at;
+      out.append(line, done, in_line - done).append(hit->word->now);
+      done = in_line + hit->span.size;
+      at = hit->span.End();
     }
-    return out.append(padded, done, begin + line.size() - done);
+    return out.append(line, done);
   }
 
  private:
@@ -81,15 +87,17 @@ class Line_Rewriter {
     const Word* word;
   };
 
-  // How much of the line, in bytes, the search looked at: all but a comment that it left out.
-  [[nodiscard]] std::size_t Searched(const Statement& statement) const {
+  // The part of a statement that the search looked at: without its label, and without a comment
+  // that was left out.
+  [[nodiscard]] Text_Span Searched(std::string_view statement) const {
+    const std::string_view tested = Without_Label(statement);
+    const auto begin = static_cast<std::size_t>(tested.data() - statement.data());
     const bool assigned = cond_.Knd == kSearch_Exact && cond_.Opt == kAssigned;
-    if ((cond_.Cmt && !assigned) || Is_Comment(statement.text)) return npos / 2;
-    std::string code = statement.text;
-    const std::string comment = analyser::Sep_Comment(code);
-    const std::size_t at = comment.empty() ? npos : statement.text.rfind(comment);
-    if (at == npos) return npos / 2;
-    return at > statement.line_at ? at - statement.line_at : 0;
+    if ((cond_.Cmt && !assigned) || Is_Comment(tested)) return {begin, tested.size()};
+    std::string code(tested);
+    (void)analyser::Sep_Comment(code);
+    const std::size_t blanks = tested.size() - service::Trim_Left(tested).size();
+    return {begin + blanks, code.size()};
   }
 
   [[nodiscard]] bool Counts(std::string_view padded, Text_Span span) const {

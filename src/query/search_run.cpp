@@ -23,7 +23,6 @@ namespace {
 constexpr const char* kModule = "Frm_Search";
 constexpr std::string_view kSearching = "検索しています";
 constexpr std::string_view kLooking_For_Uses = "使用状況を調査しています";
-constexpr std::size_t kLabel_Reach = 32;  // characters in which the ":" of a label stands
 
 int Number(std::string_view digits) {
   return static_cast<int>(service::Val(digits));
@@ -221,6 +220,7 @@ void Search_Run::Search_Member(int ag_Pass, const std::vector<Range>& ranges) {
     CMm_Sta = range.first;
     CMm_Bdy = range.header;
     Src_Modul_Lop(range.first, range.last, ag_Pass);
+    Ref_Sec = {};  // the references are those of the first procedure of the name
   }
   CMm_Sta = ranges.front().first;
   if (cond_.Knd == kSearch_Unused_Argument) {
@@ -301,16 +301,8 @@ void Search_Run::Src_Modul_Lop(int first, int last, int ag_Pass) {
     }
     open = service::Trim_Right(text).ends_with(" _") || (open && Trim(text) == "_");
     if (open || !asked || Trim(Src_Lin).empty()) continue;
-    tested_ = Src_Lin;
-    const std::size_t reach =
-        Src_Lin.size() <= kLabel_Reach
-            ? Src_Lin.size()
-            : service::Byte_Of_Chr(Src_Lin, service::Chr_Count{kLabel_Reach + 1});
-    if (std::string_view(Src_Lin).substr(0, reach).find(':') != std::string_view::npos) {
-      std::string without(Trim(Src_Lin));
-      analyser::Del_Label(without);
-      if (without.size() != Trim(Src_Lin).size()) tested_ = std::move(without);
-    }
+    tested_ = Without_Label(Src_Lin);
+    if (Trim(tested_).empty()) continue;
     Src_Hit.clear();
     Dispatch(ag_Pass);
   }

@@ -14,6 +14,7 @@ using service::Trim;
 namespace {
 
 constexpr auto npos = std::string_view::npos;
+constexpr std::size_t kLabel_Reach = 32;  // characters
 
 // The last place before `at` where `what` begins.
 std::size_t Last_Before(std::string_view text, std::string_view what, std::size_t at) {
@@ -34,6 +35,20 @@ std::string_view Word_In_Front(std::string_view text, std::size_t at) {
 }
 
 }  // namespace
+
+std::string_view Without_Label(std::string_view statement) {
+  // Only a ":" near the beginning can be a label's.
+  const std::size_t reach =
+      statement.size() <= kLabel_Reach
+          ? statement.size()
+          : service::Byte_Of_Chr(statement, service::Chr_Count{kLabel_Reach + 1});
+  if (statement.substr(0, reach).find(':') == npos) return statement;
+  const std::string_view trimmed = Trim(statement);
+  std::string without(trimmed);
+  analyser::Del_Label(without);
+  return without.size() == trimmed.size() ? statement
+                                          : trimmed.substr(trimmed.size() - without.size());
+}
 
 bool Is_Comment(std::string_view statement) {
   return Trim(statement).starts_with('\'');

@@ -21,6 +21,9 @@ constexpr std::string_view kDelimiters = " ()[]!.:,'\"";
 /// The same without the double quote: a word inside a string constant is then none.
 constexpr std::string_view kDelimiters_No_Quote = " ()[]!.:,'";
 
+/// The end of the statement that is tested: all of it, but for a label in front.
+[[nodiscard]] std::string_view Without_Label(std::string_view statement);
+
 /// True if the statement, trimmed, is a comment; begins with three apostrophes.
 [[nodiscard]] bool Is_Comment(std::string_view statement);
 [[nodiscard]] bool Is_Commented_Out(std::string_view statement);

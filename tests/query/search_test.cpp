@@ -390,6 +390,14 @@ End Function)bas");
       Search({kSearch_Pattern, "(?=.)"}),
       "M.%Declare:1 M.%Declare:2 M.S:3 M.S:4 M.S:5 M.S:6 M.S:7 M.S:8 M.S:9 M.F:10 M.F:11 M.F:12 "
       "M.F:13");
+  // The references are those of the first one; a line that is only a label is no statement.
+  project.Add("N",
+              "#If A Then\nSub D()\n    T\nEnd Sub\n#Else\nSub D()\n10:\n    T\nEnd Sub\n#End If\n"
+              "Sub T()\nEnd Sub");
+  ASSERT_TRUE(project.Analyse());
+  EXPECT_EQ(Search({kSearch_Call}), "N.D:3~T");
+  EXPECT_EQ(Search({kSearch_Pattern, "^$"}), "");
+  project.Remove("N");
   project.Remove("M");
   EXPECT_EQ(Search({kSearch_Pattern, "x"}), "") << "a module that is gone is passed over";
 }
@@ -542,6 +550,17 @@ TEST_F(Searches, ReplacingAndTakingBack) {
   (void)form.Rep_Word(Ctx(), {"zz"});
   EXPECT_EQ(project.Code("M").Lines(2, 2), "    aa = bb 'aa \tz\r\n    zz = \"aa\" & _");
   (void)form.Rdo_Word(Ctx());
+
+  // Decided on the text that was searched: indents, labels and comments do not count.
+  project.Add("L",
+              "Sub S()\n    Me.Foo = 1\n10: Foo = 2 ' x Then Foo\n    q(1).Foo = Foo\nEnd Sub");
+  ASSERT_TRUE(project.Analyse());
+  (void)Search({kSearch_Text, "Foo", kIn_Project, {}, kAssigned});
+  (void)form.Rep_Word(Ctx(), {"Bar"});
+  EXPECT_EQ(project.Code("L").Lines(2, 3),
+            "    Me.Bar = 1\r\n10: Bar = 2 ' x Then Foo\r\n    q(1).Bar = Foo");
+  project.Remove("L");
+  (void)project.Analyse();
 
   // A line that was changed meanwhile, and one that would become too long.
   (void)Search({kSearch_Text, "aaaa"});

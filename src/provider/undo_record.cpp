@@ -52,7 +52,12 @@ std::string Pack_Undo(const std::vector<Undo_File>& files) {
 }
 
 std::optional<std::vector<Undo_File>> Unpack_Undo(std::string_view bytes) {
-  const json record = json::from_cbor(bytes.begin(), bytes.end(), true, false);
+  json record;
+  try {
+    record = json::from_cbor(bytes.begin(), bytes.end(), true, false);
+  } catch (const json::exception&) {
+    return std::nullopt;  // absurd counts are thrown all the same
+  }
   if (!record.is_object() || !record.contains("oru-undo") || record["oru-undo"] != kVersion ||
       !record.contains("files") || !record["files"].is_array())
     return std::nullopt;

@@ -135,13 +135,9 @@ Exported_Form To_File(std::string_view source, int type, std::string_view layout
   form.extension = type == host::kType_Form ? ".frm" : ".cls";
   form.bytes = has_layout ? With_Design(layout, frx) : std::string(kClass_Header);
   const Head head = Head_Of(source, 0);
-  std::size_t at = 0;
-  while (at < head.end) {
-    const Line line = Line_At(source, at);
-    const auto attribute = Parse_Attribute(line.Content(source));
-    if (!Is_Binding(attribute->name)) form.bytes += source.substr(at, line.next - at);
-    at = line.next;
-  }
+  // With their own line ends, a CR before a line that goes and an LF behind it would become one.
+  for (const Head_Line& line : head.lines)
+    if (!Is_Binding(line.name)) form.bytes.append(line.content).append("\r\n");
   form.bytes += source.substr(head.end);
   return form;
 }

@@ -227,7 +227,7 @@ void Search_Run::Search_Member(int ag_Pass, const std::vector<Range>& ranges) {
     std::string names;
     for (std::size_t i = 0; i < Arg_Lst.size(); ++i)
       if (!Arg_Flg[i]) names.append(names.empty() ? "" : "\t").append(Arg_Lst[i]);
-    if (!names.empty()) Set_Hit_At(ranges.front().header, std::move(names));
+    if (!names.empty()) Set_Hit_At(ranges.front().header, names);
   }
   if (cond_.Knd == kSearch_Assigned_Argument && Arg_Set.size() > 1)
     Set_Hit_At(ranges.front().header, Arg_Set);
@@ -367,7 +367,8 @@ void Search_Run::Report_Candidates() {
     const Candidate& row = Cnd_Row[i];
     if (last != nullptr && (last->Mdl != row.Mdl || last->Mem != row.Mem || last->Lno != row.Lno))
       flush();
-    names = row.Nam + (names.empty() ? "" : "\t") + names;
+    if (!names.empty()) names.insert(0, "\t");
+    names.insert(0, row.Nam);
     last = &row;
   }
   flush();
@@ -380,7 +381,7 @@ void Search_Run::Set_Hit_Lst() {
 }
 
 // A statement that is known by its line, whatever was read before it.
-void Search_Run::Set_Hit_At(int line, std::string names) {
+void Search_Run::Set_Hit_At(int line, std::string_view names) {
   const std::string lines = Get_Def_Lin(line);
   if (lines.empty()) return;
   Add_Hit_Rows(view_.Row, order_, cond_.Prc,

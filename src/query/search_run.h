@@ -69,7 +69,7 @@ class Search_Run {
   [[nodiscard]] bool Tes_CMd_Fnd();
   void Report_Candidates();
   void Set_Hit_Lst();
-  void Set_Hit_At(int line, std::string names);
+  void Set_Hit_At(int line, std::string_view names);
   [[nodiscard]] std::string Get_Def_Lin(int line) const;
   [[nodiscard]] std::string_view Line(int line) const {
     return lines_[static_cast<std::size_t>(line) - 1];

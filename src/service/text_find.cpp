@@ -77,25 +77,6 @@ char32_t Fold_Of(char32_t c) {
   return Lower_Of(c);
 }
 
-std::string Fold_Text(std::string_view text) {
-  std::string folded;
-  folded.reserve(text.size());
-  for (std::size_t at = 0; at < text.size();) {
-    const char byte = text[at];
-    if (static_cast<unsigned char>(byte) >= 0x80) {
-      Append_Code_Point(folded, Fold_Of(Next_Code_Point(text, at)));
-    } else {
-      folded += byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte + 32) : byte;
-      ++at;
-    }
-  }
-  return folded;
-}
-
-bool Equal_Text(std::string_view a, std::string_view b, Compare compare) {
-  return a == b || (compare == Compare::Text && Fold_Text(a) == Fold_Text(b));
-}
-
 Text_Finder::Text_Finder(std::string_view word, Compare compare) : compare_(compare) {
   std::u32string exact;
   for (std::size_t at = 0; at < word.size();) exact += Next_Code_Point(word, at);

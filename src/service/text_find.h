@@ -21,10 +21,6 @@ enum class Compare : std::uint8_t { Binary = 0, Text = 1 };
 /// A character as the text comparison sees it: half-width, hiragana, lower case. (Half-width
 /// katakana are full-width first; their voice marks stay characters of their own.)
 [[nodiscard]] char32_t Fold_Of(char32_t c);
-/// Each character folded.
-[[nodiscard]] std::string Fold_Text(std::string_view text);
-/// Equality under a comparison.
-[[nodiscard]] bool Equal_Text(std::string_view a, std::string_view b, Compare compare);
 
 /// A piece of a text, in bytes.
 struct Text_Span {

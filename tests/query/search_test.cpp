@@ -2,6 +2,7 @@
 // The search: which statements each kind finds, over small modules.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -440,6 +441,49 @@ TEST_F(Searches, QuestionsAndLimits) {
   EXPECT_EQ(Search({kSearch_Text, "= |"}), "");
   EXPECT_EQ(form.Cur().Viw.Message, "●検索処理を中止しました。");
   EXPECT_EQ(form.Cur().Viw.Viw_Hit, 0);
+}
+
+TEST_F(Searches, ConditionsFollowTheKind) {
+  using C = Search_Condition;
+  const struct {
+    int code;
+    std::vector<C> has;
+  } kCases[] = {
+      {kSearch_Text,
+       {C::Words, C::Partial, C::Exact, C::In_Procedure, C::Scope, C::Compare, C::Commented_Out}},
+      {kSearch_Exact,
+       {C::Words, C::Partial, C::Exact, C::In_Procedure, C::Scope, C::Compare, C::Commented_Out,
+        C::Constants}},
+      {kSearch_Pattern, {C::Words, C::In_Procedure, C::Scope, C::Compare, C::Commented_Out}},
+      {kSearch_With, {C::Words, C::In_Procedure, C::Scope}},
+      {kSearch_Comment, {C::In_Procedure, C::Scope, C::Commented_Out}},
+      {kSearch_Type, {C::Scope}},
+      {kSearch_Unused_Api, {C::Scope}},
+      {kSearch_Reference, {}},
+  };
+  for (const auto& c : kCases)
+    for (const C condition : {C::Words, C::Partial, C::Exact, C::In_Procedure, C::Scope, C::Compare,
+                              C::Commented_Out, C::Constants})
+      EXPECT_EQ(Has_Condition(c.code, condition),
+                std::find(c.has.begin(), c.has.end(), condition) != c.has.end())
+          << c.code << " " << static_cast<int>(condition);
+
+  project.Add("M", "Sub A()\n    xx = 1\nEnd Sub");
+  ASSERT_TRUE(project.Analyse());
+  (void)Search({kSearch_Text, "xx", kIn_Procedure, "M:2", kExact});
+  form.FCx_Object_Click(Ctx(), kSearch_Enum);
+  EXPECT_EQ(form.FCo.Scp, kIn_Module);
+  EXPECT_EQ(form.FCo.Opt, kPartial);
+  EXPECT_EQ(form.FCo.Wrd, "");
+  // A changed condition asks again, if the options want that.
+  form.FCx_Object_Click(Ctx(), kSearch_Text);
+  form.FCo.Wrd = "yy";
+  project.Srv.Opt.Set_Number("FOp_ScOpt1", 0);
+  form.Cond_Changed(Ctx());
+  EXPECT_EQ(Found(), "M.A:2");
+  project.Srv.Opt.Set_Number("FOp_ScOpt1", 1);
+  form.Cond_Changed(Ctx());
+  EXPECT_EQ(Found(), "");
 }
 
 TEST_F(Searches, TheWordUnderTheCaret) {

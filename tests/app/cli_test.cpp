@@ -231,6 +231,11 @@ TEST(Cli, SearchReplaceAndUndo) {
   EXPECT_EQ(folder.Get("p/m.bas"), source);
   EXPECT_EQ(Oru({"undo", project}).code, kExit_Not_Found);
   EXPECT_EQ(Oru({"replace", project, "Tanka"}).code, kExit_Usage);
+  // What could not be taken back is not done: a folder stands where the record has to go.
+  fs::create_directory(folder / "p/p.oru-undo");
+  EXPECT_EQ(Oru(write).code, kExit_Output);
+  EXPECT_EQ(folder.Get("p/m.bas"), source);
+  fs::remove(folder / "p/p.oru-undo");
   EXPECT_EQ(Oru({"replace", project, "Tanka", "😀", "--write"}).code, kExit_Output);
   EXPECT_EQ(folder.Get("p/m.bas"), source);
 }

@@ -176,11 +176,14 @@ void Print_Change(const Work& work, const Output& output, const query::Undo_Line
 std::map<std::string, std::string> Bytes_Of(const Work& work,
                                             const std::vector<query::Undo_Line>& lines) {
   std::map<std::string, std::string> bytes;
-  for (const provider::Module_File& file : work.project.Files)
-    if (std::any_of(lines.begin(), lines.end(),
-                    [&](const query::Undo_Line& line) { return line.Mdl == file.name; }) &&
-        !bytes.contains(file.relative))
-      bytes.emplace(file.relative, service::Read_File(file.path).bytes);
+  for (const provider::Module_File& file : work.project.Files) {
+    if (bytes.contains(file.relative) ||
+        std::none_of(lines.begin(), lines.end(),
+                     [&](const query::Undo_Line& line) { return line.Mdl == file.name; }))
+      continue;
+    service::Read_Result read = service::Read_File(file.path);
+    if (read.Ok()) bytes.emplace(file.relative, std::move(read.bytes));
+  }
   return bytes;
 }
 
@@ -195,9 +198,12 @@ int Write_Replacement(const Work& work, const Output& output, const Search_Optio
   const std::vector<provider::Problem> problems = writer.Write_Edited(*project);
   for (const provider::Problem& problem : problems) Tell(output.err, problem.message);
   std::vector<provider::Undo_File> record;
-  for (const auto& [relative, now] : Bytes_Of(work, lines))
-    if (before.at(relative) != now)
-      record.push_back({relative, before.at(relative), provider::Hash_Bytes(now), now.size()});
+  const auto after = Bytes_Of(work, lines);
+  for (const auto& [relative, now] : after) {
+    const auto was = before.find(relative);
+    if (was != before.end() && was->second != now)
+      record.push_back({relative, was->second, provider::Hash_Bytes(now), now.size()});
+  }
   if (record.empty()) return problems.empty() ? kExit_Ok : kExit_Output;
   if (const std::string error = provider::Save_Undo(work.project.Host_File, record);
       !error.empty()) {
@@ -206,7 +212,8 @@ int Write_Replacement(const Work& work, const Output& output, const Search_Optio
     for (const provider::Undo_File& file : record)
       for (const provider::Module_File& known : work.project.Files)
         if (known.relative == file.relative) {
-          const service::File_Result put = service::Write_File(known.path, file.old_bytes);
+          const service::File_Result put =
+              service::Write_File(known.path, file.old_bytes, after.at(file.relative));
           if (!put.Ok()) Tell(output.err, put.error);
           break;
         }

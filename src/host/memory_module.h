@@ -17,9 +17,8 @@
 
 namespace oru::host {
 
-constexpr int kMost_Lines = 65'534;      ///< lines a module may be written to
-constexpr int kMost_Characters = 1'023;  ///< characters a line may be written to
-constexpr int kVisible_Lines = 40;       ///< lines a pane shows
+constexpr int kMost_Lines = 65'534;  ///< lines a module may be written to
+constexpr int kVisible_Lines = 40;   ///< lines a pane shows
 
 class Memory_Module;
 

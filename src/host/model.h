@@ -32,6 +32,10 @@ constexpr int kErr_No_Property = 438;  ///< the object has no such member
 constexpr int kErr_Duplicate = 457;    ///< the name is taken
 constexpr int kErr_Protected = 50289;  ///< the project is locked
 
+/// What the editor takes at most: characters in a line, continuation marks in a statement.
+constexpr int kMost_Characters = 1'023;
+constexpr int kMost_Continuations = 24;
+
 /// Kind of a procedure.
 enum class ProcKind { Proc = 0, Let = 1, Set = 2, Get = 3 };
 

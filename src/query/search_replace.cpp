@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "analyser/reader.h"
+#include "host/code_change.h"
 #include "query/result_rows.h"
 #include "query/statement_text.h"
 #include "service/text.h"
@@ -179,16 +180,15 @@ void Write_Lines(const Query_Ctx& ctx, Replace_Result& plan, bool back) {
     host::CodeModule* code = Module_Of(ctx, line.Mdl);
     const std::string& was = back ? line.New : line.Old;
     const std::string& now = back ? line.Old : line.New;
-    if (code == nullptr || Line_Of(*code, line.Lno) != was) {
-      plan.Skipped.push_back(fmt::format("「{}」の {} 行目は、変更されているため書き換えません。",
-                                         line.Mdl, line.Lno));
-      return true;
-    }
-    try {
-      code->ReplaceLine(line.Lno, now);
-    } catch (const host::Host_Error& error) {
-      plan.Skipped.push_back(fmt::format("「{}」の {} 行目を書き換えられません。{}", line.Mdl,
-                                         line.Lno, error.what()));
+    const std::string error =
+        code == nullptr
+            ? fmt::format("「{}」というモジュールがなくなっているため書き換えません。", line.Mdl)
+            : host::Do_Change(*code, line.Mdl,
+                              std::vector<host::Line_Change>{{line.Lno, {was}, {now}}},
+                              host::Keeps::Nothing)
+                  .Error;
+    if (!error.empty()) {
+      plan.Skipped.push_back(error);
       return true;
     }
     if (ctx.Note_Edit) ctx.Note_Edit(line.Mdl);

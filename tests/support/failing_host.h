@@ -49,9 +49,13 @@ class Failing_Module final : public host::CodeModule {
                           bool p) const override {
     return real_.Find(t, r, w, m, p);
   }
-  void InsertLines(int line, std::string_view text) override { real_.InsertLines(line, text); }
-  void DeleteLines(int line, int count) override { real_.DeleteLines(line, count); }
-  void ReplaceLine(int line, std::string_view text) override { real_.ReplaceLine(line, text); }
+  void InsertLines(int line, std::string_view text) override {
+    fuse_.Burn(), real_.InsertLines(line, text);
+  }
+  void DeleteLines(int line, int count) override { fuse_.Burn(), real_.DeleteLines(line, count); }
+  void ReplaceLine(int line, std::string_view text) override {
+    fuse_.Burn(), real_.ReplaceLine(line, text);
+  }
   void AddFromString(std::string_view text) override { real_.AddFromString(text); }
   host::CodePane& CodePane() override { return real_.CodePane(); }
 

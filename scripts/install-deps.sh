@@ -3,8 +3,8 @@
 #   scripts/install-deps.sh [run] [test] [bench] [lint] [fuzz]
 set -eu
 
-run="g++ cmake ninja-build ccache mold pkg-config libfmt-dev libicu-dev libcli11-dev nlohmann-json3-dev libxxhash-dev libgsf-1-dev libzip-dev libxml2-dev libpcre2-dev"
-test="libgtest-dev"
+run="g++ cmake ninja-build ccache mold pkg-config libfmt-dev libicu-dev libcli11-dev nlohmann-json3-dev libxxhash-dev libgsf-1-dev libzip-dev libxml2-dev libpcre2-dev libglib2.0-dev"
+test="libgtest-dev graphviz"
 bench="libbenchmark-dev universal-ctags ripgrep unzip python3"
 lint="clang-tidy clang-format"
 fuzz="clang libclang-rt-14-dev"

@@ -215,6 +215,8 @@ constexpr const char* kFooter =
     "  oru search 受注管理/ 単価 数量 --html 結果.html\n"
     "                                               文字列を検索し、ページとして保存する\n"
     "  oru outline 受注管理/ modJuchu.Touroku       プロシージャの制御構造\n"
+    "  oru chart 受注管理/ modZaiko.Get_Zaiko --callers --svg 図.svg\n"
+    "                                               参照しているプロシージャの図\n"
     "  oru replace 受注管理/ Tanka Unit_Price --exact --write\n"
     "                                               置換する (oru undo 受注管理/ で取り消す)\n"
     "  oru extract 受注管理.xlsm src/               モジュールをファイルに書き出す\n"
@@ -240,6 +242,7 @@ int Run_Cli(int argc, const char* const* argv, std::ostream& out, std::ostream& 
   Exchange_Options exchange;
   Search_Options search;
   Outline_Options outline;
+  Chart_Options chart;
   std::string member;
   Command chosen;
   const auto choose = [&chosen](Needs needs, auto run) {
@@ -323,6 +326,13 @@ int Run_Cli(int argc, const char* const* argv, std::ostream& out, std::ostream& 
   Add_Outline_Options(*outlining, outline);
   outlining->callback(choose(Needs::Analysis, [&outline](const Work& w, const Output& o) {
     return Cmd_Outline(w, o, outline);
+  }));
+  CLI::App* charting = app.add_subcommand(
+      "chart", "参照関係: プロシージャが呼び出すもの、参照しているものを木や図で表示する");
+  Add_Common(*charting, common);
+  Add_Chart_Options(*charting, chart);
+  charting->callback(choose(Needs::Analysis, [&chart](const Work& w, const Output& o) {
+    return Cmd_Chart(w, o, chart);
   }));
   CLI::App* replacing = app.add_subcommand(
       "replace", "文字列の置換: 変更される行を表示し、--write でファイルに書き込む");

@@ -69,6 +69,9 @@ void Add_Text_Files(CLI::App& command, Text_Files& files);
 /// Writes them. False, and told, if one cannot be written, or is named like a module or a workbook.
 [[nodiscard]] bool Save_Text(const Output& output, const query::Rich_Text& text,
                              const Text_Files& files, std::string_view title);
+/// Writes one such file. False, and told, as above.
+[[nodiscard]] bool Save_Bytes(const Output& output, const std::string& path,
+                              std::string_view bytes);
 /// Prints a coloured text as the terminal can show it.
 void Print_Text(const Output& output, const query::Rich_Text& text);
 
@@ -104,6 +107,18 @@ struct Outline_Options {
 };
 void Add_Outline_Options(CLI::App& command, Outline_Options& options);
 
+/// What `oru chart` was asked for.
+struct Chart_Options {
+  std::string Name;  ///< "Module.Member", a member; of the unreferenced a module
+  bool Callees = false, Callers = false, Unreferenced = false;  ///< the first if none is set
+  bool Compact = false, Full = false, No_Error_Handlers = false;
+  bool Copy = false;  ///< the text for the clipboard
+  int Levels = 0;
+  std::string Dot, Svg;  ///< files; "-" is the standard output
+  Text_Files Files;
+};
+void Add_Chart_Options(CLI::App& command, Chart_Options& options);
+
 /// Adds the options of the two lists to their commands.
 void Add_Module_List_Options(CLI::App& command, List_Options& options);
 void Add_Procedure_List_Options(CLI::App& command, List_Options& options);
@@ -127,6 +142,8 @@ void Add_Procedure_List_Options(CLI::App& command, List_Options& options);
 /// The control structure of a procedure, or of all procedures of a module.
 [[nodiscard]] int Cmd_Outline(const Work& work, const Output& output,
                               const Outline_Options& options);
+/// Who calls whom around a procedure.
+[[nodiscard]] int Cmd_Chart(const Work& work, const Output& output, const Chart_Options& options);
 /// Shows what a replacement changes, and does it if asked to.
 [[nodiscard]] int Cmd_Replace(const Work& work, const Output& output,
                               const Search_Options& options);

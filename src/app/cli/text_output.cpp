@@ -18,9 +18,7 @@ namespace oru::app {
 
 namespace fs = std::filesystem;
 
-namespace {
-
-bool Save(const Output& output, const std::string& path, std::string_view bytes) {
+bool Save_Bytes(const Output& output, const std::string& path, std::string_view bytes) {
   const fs::path file(path);
   if (provider::Kind_Of_Extension(file.extension().string()) || provider::Is_Book(file)) {
     Tell(output.err, fmt::format("「{}」はモジュールかブックの名前のため、書き込みません。", path));
@@ -31,8 +29,6 @@ bool Save(const Output& output, const std::string& path, std::string_view bytes)
   return put.Ok();
 }
 
-}  // namespace
-
 void Add_Text_Files(CLI::App& command, Text_Files& files) {
   command.add_option("--rtf", files.Rtf, "結果をリッチテキストのファイルに書く")->type_name("FILE");
   command.add_option("--html", files.Html, "結果を HTML のファイルに書く")->type_name("FILE");
@@ -40,10 +36,10 @@ void Add_Text_Files(CLI::App& command, Text_Files& files) {
 
 bool Save_Text(const Output& output, const query::Rich_Text& text, const Text_Files& files,
                std::string_view title) {
-  if (!files.Rtf.empty() && !Save(output, files.Rtf, query::Rtf_Writer().Add_RTx_Hed(text)))
+  if (!files.Rtf.empty() && !Save_Bytes(output, files.Rtf, query::Rtf_Writer().Add_RTx_Hed(text)))
     return false;
   return files.Html.empty() ||
-         Save(output, files.Html, query::Get_RTx_Html(text, {.title = title}));
+         Save_Bytes(output, files.Html, query::Get_RTx_Html(text, {.title = title}));
 }
 
 void Print_Text(const Output& output, const query::Rich_Text& text) {

@@ -5,6 +5,7 @@
 
 #include "host/line_window.h"
 #include "host/procedure_rule.h"
+#include "service/text.h"
 
 namespace oru::host {
 namespace {
@@ -122,6 +123,17 @@ Member_Place Get_CML_Inf(const CodeModule& module, int line) {
   place.Bdy = extent.body;
   place.Cnt = extent.Count();
   return place;
+}
+
+std::string Get_Sel_Wrd(const CodeModule& module, const Selection& selection) {
+  if (selection.start_line != selection.end_line ||
+      selection.end_column <= selection.start_column ||
+      selection.start_line > module.CountOfLines())
+    return {};
+  const std::string line = module.Lines(selection.start_line, 1);
+  const std::size_t begin = service::Byte_Of_Chr(line, service::Chr_Count{selection.start_column});
+  const std::size_t end = service::Byte_Of_Chr(line, service::Chr_Count{selection.end_column});
+  return std::string(service::Trim(std::string_view(line).substr(begin, end - begin)));
 }
 
 std::string Set_Mdl_Nam(VBE& vbe) {

@@ -56,6 +56,9 @@ struct Pane_Place {
 };
 /// Nothing if no module window is in front.
 [[nodiscard]] std::optional<Pane_Place> Get_ACp_Inf(VBE& vbe);
+/// What is selected in one line, without blanks around it; empty for a caret, and for a selection
+/// over several lines.
+[[nodiscard]] std::string Get_Sel_Wrd(const CodeModule& module, const Selection& selection);
 /// The module of the active pane, or of the window in front by its caption; empty if there is none.
 [[nodiscard]] std::string Set_Mdl_Nam(VBE& vbe);
 

@@ -76,7 +76,7 @@ class Depth {
 class Outline {
  public:
   Outline(int member_line, const Control_Cond& cond, const Calls_Of& calls)
-      : member_line_(member_line), cond_(cond), calls_(calls) {}
+      : member_line_(member_line), cond_(cond), calls_(calls), element_(cond.Ele) {}
 
   void Take(int line, const std::vector<std::string_view>& lines) {
     std::string statement;
@@ -108,6 +108,10 @@ class Outline {
 
   void Add(Control_Row row, int depth) {
     if (cond_.Lev > 0 && depth >= cond_.Lev) return;
+    if (!cond_.Sel && !cond_.Ele.empty() &&
+        std::none_of(row.Lines.begin(), row.Lines.end(),
+                     [&](const std::string& line) { return !element_.Spans(line).empty(); }))
+      return;
     row.Depth = depth;
     rows_.push_back(std::move(row));
   }
@@ -151,7 +155,7 @@ class Outline {
     std::string tested = code;
     if (!label) Take_Off_Label(tested);
 
-    bool control = label || (directive && cond_.Directives);
+    bool control = code.ends_with(':') || (directive && cond_.Directives);
     int depth = depth_.Now();
     bool first = true;
     for (const std::string_view part : service::Split(tested, ": ")) {
@@ -216,12 +220,28 @@ class Outline {
   int member_line_;
   const Control_Cond& cond_;
   const Calls_Of& calls_;
+  Element element_;
   Depth depth_;
   std::vector<Control_Row> rows_, pending_;
   int blanks_ = 0;
 };
 
 }  // namespace
+
+Element::Element(std::string_view word) {
+  if (!word.empty()) word_.emplace(word, service::Compare::Text);
+}
+
+std::vector<service::Text_Span> Element::Spans(std::string_view line) const {
+  std::vector<service::Text_Span> spans;
+  if (!word_) return spans;
+  const std::string padded = Padded(line);
+  for (std::size_t at = 0; const auto span = word_->Find(padded, at);) {
+    if (Is_Word_At(padded, *span, kDelimiters)) spans.push_back({span->at - 1, span->size});
+    at = span->End();
+  }
+  return spans;
+}
 
 std::vector<Control_Row> Get_Control_Rows(const std::vector<std::string_view>& lines,
                                           int first_line, int member_line, const Control_Cond& cond,

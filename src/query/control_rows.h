@@ -8,9 +8,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "service/text_find.h"
 
 namespace oru::query {
 
@@ -36,6 +39,19 @@ struct Control_Cond {
   int Lev = 0;                                       ///< levels shown; 0: all
   bool Directives = true;                            ///< directives are control statements
   bool Jumps = true;                                 ///< On Error and GoTo are
+  std::string Ele;                                   ///< the selected element, a word, or empty
+  bool Sel = true;  ///< `FCk_SelOt`: with an element, what does not hold it is shown too
+};
+
+/// Where a word stands as a whole in lines of code, letter case and width aside.
+class Element {
+ public:
+  explicit Element(std::string_view word);
+  /// Byte ranges of the line, in order; none for an empty word.
+  [[nodiscard]] std::vector<service::Text_Span> Spans(std::string_view line) const;
+
+ private:
+  std::optional<service::Text_Finder> word_;
 };
 
 /// A statement that is shown.

@@ -56,10 +56,14 @@ class Calls {
 class Control_Writer {
  public:
   Control_Writer(const Query_Ctx& ctx, Control_Slot& slot, bool absolute_lines)
-      : ctx_(ctx), slot_(slot), absolute_(absolute_lines), styles_(ctx.Srv.Opt) {
+      : ctx_(ctx),
+        slot_(slot),
+        absolute_(absolute_lines),
+        styles_(ctx.Srv.Opt),
+        element_(slot.Cond.Ele) {
     text_.Int_RTx_Inf(styles_.Txt.colour, ctx.Srv.Opt.Text("FntNam3"), ctx.Srv.Opt.Real("FntSiz3"),
                       ctx.Srv.Opt.Number("Spc_Lin"));
-    rule_ = Run_Style_Of(text_, styles_.Idt);
+    rules_ = {Run_Style_Of(text_, styles_.Idt), Run_Style_Of(text_, styles_.Id2)};
     number_ = Run_Style_Of(text_, styles_.Lin);
     comment_ = Run_Style_Of(text_, styles_.Cmt);
     columns_ = std::max(ctx.Srv.Opt.Number("FTx_IdtCn"), 1);
@@ -77,7 +81,7 @@ class Control_Writer {
         Rules(row.Depth);
         std::string marked = one;
         if (row.Mark > 0) marked.append(kCmt_Mark).append(std::to_string(row.Mark));
-        Set_KWd_Lin(text_, styles_, ctx_.Srv.KWd, marked);
+        Set_KWd_Lin(text_, styles_, ctx_.Srv.KWd, marked, element_.Spans(one));
         text_.Add("\r\n");
       }
       for (const std::string& comment : row.Calls) {
@@ -85,7 +89,7 @@ class Control_Writer {
         Rules(row.Depth);
         const auto width = service::To_Int(service::Len_Wid(row.Lines.back()));
         text_.Add(std::string(static_cast<std::size_t>(width), ' '));
-        text_.Add(kArrow, rule_);
+        text_.Add(kArrow, rules_.front());
         text_.Add(" ");
         text_.Add(comment, comment_);
         text_.Add("\r\n");
@@ -110,10 +114,10 @@ class Control_Writer {
     }
     text_.Add("\r\n");
   }
-  // One rule for each open level.
+  // One rule for each open level, in two colours.
   void Rules(int depth) {
     for (int i = 0; i < depth; ++i) {
-      text_.Add(kRule, rule_);
+      text_.Add(kRule, rules_[static_cast<std::size_t>(i) % rules_.size()]);
       text_.Add(std::string(static_cast<std::size_t>(std::max(columns_ - 2, 0)), ' '));
     }
   }
@@ -123,7 +127,9 @@ class Control_Writer {
   bool absolute_;
   Text_Styles styles_;
   Rich_Text text_;
-  Run_Style rule_, number_, comment_;
+  Element element_;
+  std::array<Run_Style, 2> rules_;  // of the levels by turns
+  Run_Style number_, comment_;
   int columns_ = 4;
 };
 
@@ -145,7 +151,16 @@ bool Frm_Control::Dsp_Start_Proc(const Query_Ctx& ctx) {
     return false;
   }
   FCo.Lin = caret->Sel.start_line;
+  if (host::CodePane* pane = ctx.VBInst.ActiveCodePane(); pane != nullptr)
+    FCo.Ele = host::Get_Sel_Wrd(pane->CodeModule(), caret->Sel);
   return Dsp_Member(ctx, caret->Mdl_Nam, caret->Mem.Nam);
+}
+
+void Frm_Control::Cond_Changed(const Query_Ctx& ctx) {
+  const Control_Slot& slot = Cur();
+  if (slot.Mem.empty() || !ctx.Srv.Opt.Flag("FCk_CDOpt")) return;
+  const std::string module = slot.Mdl, member = slot.Mem;
+  (void)Dsp_Member(ctx, module, member);
 }
 
 bool Frm_Control::Dsp_Member(const Query_Ctx& ctx, std::string_view module,

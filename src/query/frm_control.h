@@ -42,11 +42,15 @@ struct Frm_Control {
 
   /// Takes what is shown at first from the options.
   void Lod_State(const service::Settings& settings);
-  /// Shows the procedure under the caret (`Dsp_Start_Proc`). False, with a hint in the pane, if the
+  /// Shows the procedure under the caret (`Dsp_Start_Proc`); what is selected there is the element by
+  /// which rows are chosen. False, with a hint in the pane, if the
   /// caret is in none.
   bool Dsp_Start_Proc(const Query_Ctx& ctx);
   /// Shows a member; "%Declare" is the declaration section. False if there is no such member.
   bool Dsp_Member(const Query_Ctx& ctx, std::string_view module, std::string_view member);
+
+  /// A condition was changed: shows the member again, if the options want that.
+  void Cond_Changed(const Query_Ctx& ctx);
 
   /// The row that shows a line of the module, or the last one before it (`Syn_Dsp_Pos`), as its
   /// place in the text, 0-based characters; nothing if there is none.

@@ -359,15 +359,9 @@ bool Frm_Search::Get_Inform(const Query_Ctx& ctx) {
   const host::CodeModule* code = component == nullptr ? nullptr : component->CodeModule();
   const host::Selection& sel = caret->Sel;
   if (code == nullptr || sel.start_line > code->CountOfLines()) return false;
-  const std::string line = code->Lines(sel.start_line, 1);
-  std::string word;
-  if (sel.start_line == sel.end_line && sel.end_column > sel.start_column) {
-    const std::size_t begin = service::Byte_Of_Chr(line, service::Chr_Count{sel.start_column});
-    const std::size_t end = service::Byte_Of_Chr(line, service::Chr_Count{sel.end_column});
-    word = Trim(std::string_view(line).substr(begin, end - begin));
-  } else if (sel.start_line == sel.end_line) {
-    word = Word_At(line, sel.start_column);
-  }
+  std::string word = host::Get_Sel_Wrd(*code, sel);
+  if (word.empty() && sel.start_line == sel.end_line && sel.start_column == sel.end_column)
+    word = Word_At(code->Lines(sel.start_line, 1), sel.start_column);
   if (word.empty()) return false;
 
   FCx_Object_Click(ctx, kSearch_Text);

@@ -263,6 +263,7 @@ Text_Styles::Text_Styles(const service::Settings& settings) {
   Hit = read("Hit");
   Tag = read("Tag");
   Idt = read("Idt");
+  Id2 = {.colour = settings.Number("IdtClr2")};
   Add = read("Add");
   Del = read("Del");
   Upd = read("Upd");

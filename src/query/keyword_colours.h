@@ -45,7 +45,7 @@ struct Text_Styles {
   Text_Style Cwd;            ///< control words
   Text_Style Hit;            ///< hit words
   Text_Style Tag;            ///< tags of templates
-  Text_Style Idt;            ///< lines of the indent
+  Text_Style Idt, Id2;       ///< lines of the indent, by turns
   Text_Style Add, Del, Upd;  ///< runs of a comparison
 };
 

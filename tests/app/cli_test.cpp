@@ -254,9 +254,47 @@ TEST(Cli, Outline) {
             "module\tprocedure\tline\tdepth\ttext\nM\tA\t1\t0\tSub A()\nM\tA\t2\t0\tIf x Then\n"
             "M\tA\t4\t0\tEnd If\nM\tA\t5\t0\tEnd Sub\nM\tB\t6\t0\tSub B()\n"
             "M\tB\t7\t0\tEnd Sub\n");
+  EXPECT_EQ(Oru({"outline", project, "M.A", "--element", "b"}).out, "  A  (M)\n     3|│  B\n");
+  EXPECT_EQ(Oru({"outline", project, "M.A", "--element", "b", "--mark"}).out, a);
   EXPECT_EQ(Oru({"outline", project, "M.None"}).code, kExit_Not_Found);
   EXPECT_EQ(Oru({"outline", project, "A", "--show", "x"}).code, kExit_Usage);
   EXPECT_EQ(Oru({"outline", project, "A", "--comments", "above,x"}).code, kExit_Usage);
+}
+
+TEST(Cli, Chart) {
+  const test::Temp_Folder folder;
+  folder.Put(
+      "p/m.bas",
+      "Attribute VB_Name = \"M\"\r\nSub A()\r\nB\r\nC\r\nEnd Sub\r\nSub B()\r\nC\r\nEnd Sub\r\n"
+      "Sub C()\r\nEnd Sub\r\nSub 帳票()\r\nEnd Sub\r\n");
+  const std::string project = (folder / "p").string();
+  const auto chart = [&](std::vector<std::string> more) {
+    std::vector<std::string> all{"chart", project};
+    all.insert(all.end(), more.begin(), more.end());
+    return Oru(all);
+  };
+  EXPECT_EQ(chart({"A"}).out, "M\n└ A が呼出しているプロシージャ\n    ├ B\n    │   └ C\n    └ C\n");
+  EXPECT_EQ(chart({"M.C", "--callers", "--levels", "1", "--copy"}).out,
+            "M\n└ C を参照しているプロシージャ\n    ├ A\n    └ B ＋\n");
+  const Ran unreferenced = chart({"M", "--unreferenced"});
+  EXPECT_EQ(unreferenced.out, "M\n├ A\n└ 帳票\n");
+  EXPECT_NE(unreferenced.err.find("未参照と判定されることがあります"), std::string::npos);
+  EXPECT_EQ(chart({"A", "--tsv"}).out,
+            "id\tparent\tlevel\tmodule\tprocedure\tmark\terror_section\tcall_lines\tfile\n"
+            "1\t0\t0\tM\tA\t\t\t\tm.bas\n2\t1\t1\tM\tB\t\t\t2\tm.bas\n"
+            "3\t2\t2\tM\tC\t\t\t6\tm.bas\n4\t1\t1\tM\tC\t\t\t3\tm.bas\n");
+  EXPECT_TRUE(chart({"A", "--dot"}).out.starts_with("digraph calls {"));
+  const std::string dot = (folder / "a.dot").string(), svg = (folder / "a.svg").string();
+  folder.Put("b.dot", "\xD0\xCF\x11\xE0");
+  EXPECT_EQ(chart({"A", "--dot", dot, "--svg", svg}).code, kExit_Ok);
+  EXPECT_EQ(chart({"A", "--dot", dot}).code, kExit_Ok);
+  EXPECT_TRUE(folder.Get("a.dot").starts_with("digraph calls {"));
+  EXPECT_NE(folder.Get("a.svg").find(">B</text>"), std::string::npos);
+  EXPECT_EQ(chart({"A", "--dot", (folder / "b.dot").string()}).code, kExit_Output);
+  EXPECT_EQ(folder.Get("b.dot"), "\xD0\xCF\x11\xE0");
+  EXPECT_EQ(chart({"None"}).code, kExit_Not_Found);
+  EXPECT_EQ(chart({"None", "--unreferenced"}).code, kExit_Not_Found);
+  EXPECT_EQ(chart({"A", "--callers", "--callees"}).code, kExit_Usage);
 }
 
 TEST(Cli, JsonIsAListOfObjects) {

@@ -154,6 +154,12 @@ End Sub)";
          c.Lin = 15;
        }),
        "15.For Each z In w|\n16.Next|\n17End If|\n18End Sub|\n"},
+      {"only what holds the element", with([](Control_Cond& c) {
+         c.Blk = true;
+         c.Ele = "Z";
+         c.Sel = false;
+       }),
+       "15.For Each z In w|\n"},
       {"neither jumps nor directives", with([](Control_Cond& c) {
          c.Jumps = c.Directives = false;
          c.Sta = kControls;
@@ -187,6 +193,15 @@ TEST(Frm_Controls, TextPlacesAndViews) {
       form.Cur().Text.Text.Text(),
       "  A  (M)  what A does\r\n     1|'what A does\r\n     2|Sub A()\r\n     3|If x Then\r\n     4|│  Call B\r\n"
       "       │        '→ what B does\r\n     5|End If\r\n     6|End Sub\r\n");
+  host::CodePane& pane = *project.Editor.ActiveCodePane();
+  pane.SetSelection({5, 14, 5, 15});
+  form.FCo.Sel = false;
+  ASSERT_TRUE(form.Dsp_Start_Proc(ctx));
+  EXPECT_EQ(form.FCo.Ele, "B");
+  EXPECT_EQ(form.Cur().Rows.size(), 1U);
+  form.FCo.Sel = true;
+  form.Cond_Changed(ctx);
+  EXPECT_EQ(form.Cur().Rows.size(), 6U);
   EXPECT_EQ(form.Syn_Dsp_Pos(4), form.Cur().Text.Begins[2]);
   EXPECT_EQ(form.Syn_Dsp_Pos(1), std::nullopt);
   EXPECT_TRUE(form.FRt_Result_Click(ctx, form.Cur().Text.Begins[3]));

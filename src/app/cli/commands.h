@@ -103,6 +103,8 @@ struct Outline_Options {
   int Levels = 0, From = 0;
   bool Blank = false, No_Calls = false, Call_Comments = false, Commented_Out = false;
   bool No_Jumps = false, No_Directives = false, Relative = false;
+  std::string Element;  ///< a word that statements have to hold
+  bool Mark = false;    ///< others are shown too
   Text_Files Files;
 };
 void Add_Outline_Options(CLI::App& command, Outline_Options& options);

@@ -84,6 +84,11 @@ void Add_Outline_Options(CLI::App& command, Outline_Options& options) {
                    "--show all で、コメントアウト文も表示する");
   command.add_flag("--no-jumps", options.No_Jumps, "On Error と GoTo を表示しない");
   command.add_flag("--no-directives", options.No_Directives, "ディレクティブを表示しない");
+  command
+      .add_option("--element", options.Element,
+                  "この語を含む文だけを表示する (--mark なら、すべての文の中で目立たせる)")
+      ->type_name("WORD");
+  command.add_flag("--mark", options.Mark, "--element の語を含まない文も表示する");
   command.add_flag("--relative", options.Relative, "行番号をプロシージャの先頭から数える");
   Add_Text_Files(command, options.Files);
 }
@@ -117,6 +122,8 @@ int Cmd_Outline(const Work& work, const Output& output, const Outline_Options& o
   cond.COt = options.Commented_Out;
   cond.Jumps = !options.No_Jumps;
   cond.Directives = !options.No_Directives;
+  cond.Ele = options.Element;
+  cond.Sel = options.Mark;
   form.Absolute_Lines = !options.Relative;
 
   std::vector<views::Member_Name> members;

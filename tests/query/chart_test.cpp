@@ -129,8 +129,9 @@ TEST_F(Chart, TreesOfCallsInBothDirections) {
     EXPECT_TRUE(project.Ui.messages.empty());
   }
   // A limit hides nothing where the conditions leave nothing to show.
-  project.Add("N",
-              "Sub F()\nG\nEnd Sub\nSub G()\nOn Error GoTo Err_G\nErr_G:\nH\nEnd Sub\nSub H()\nEnd Sub");
+  project.Add(
+      "N",
+      "Sub F()\nG\nEnd Sub\nSub G()\nOn Error GoTo Err_G\nErr_G:\nH\nEnd Sub\nSub H()\nEnd Sub");
   ASSERT_TRUE(project.Analyse());
   chart.Cond = {.Crt_Lvl = 1, .Crt_ErH = true};
   EXPECT_EQ(Show(kCallees, "N", "F"), "G");

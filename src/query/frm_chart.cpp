@@ -206,35 +206,30 @@ void Frm_Chart::Fill_In(const Query_Ctx& ctx) {
         service::Buttons::Ok, 1, service::Icon::Warning);
 }
 
-bool Frm_Chart::Set_Ref_Tree(const Query_Ctx& ctx, int& ag_Keep) {
-  const service::Err_Frame frame(ctx.Srv.Errors, "Frm_Chart", "Set_Ref_Tree");
-  if (!Take_Root(ctx, kCallees, ag_Keep)) return false;
-  Crt_Mod = kCallees;
+bool Frm_Chart::Set_Tree(const Query_Ctx& ctx, int mode, int& ag_Keep, std::string_view nothing) {
+  if (!Take_Root(ctx, mode, ag_Keep)) return false;
+  Crt_Mod = mode;
   Start_Tree(ctx);
   Fill_In(ctx);
   constexpr std::size_t kBeside_Root = 3;
-  if (Nodes.size() < kBeside_Root)
-    Set_Nothing(Cond.Crt_ErH
-                    ? "呼出しているプロシージャはありません。（エラー処理部のプロシージャは除く）"
-                    : "呼出しているプロシージャはありません。");
+  if (Nodes.size() < kBeside_Root) Set_Nothing(nothing);
   Set_Nod_Exp();
   Set_Crt_His();
   FTv_Chart_NodeClick(ctx, Cur);
   return true;
 }
 
+bool Frm_Chart::Set_Ref_Tree(const Query_Ctx& ctx, int& ag_Keep) {
+  const service::Err_Frame frame(ctx.Srv.Errors, "Frm_Chart", "Set_Ref_Tree");
+  return Set_Tree(ctx, kCallees, ag_Keep,
+                  Cond.Crt_ErH
+                      ? "呼出しているプロシージャはありません。（エラー処理部のプロシージャは除く）"
+                      : "呼出しているプロシージャはありません。");
+}
+
 bool Frm_Chart::Set_Rev_Tree(const Query_Ctx& ctx, int& ag_Keep) {
   const service::Err_Frame frame(ctx.Srv.Errors, "Frm_Chart", "Set_Rev_Tree");
-  if (!Take_Root(ctx, kCallers, ag_Keep)) return false;
-  Crt_Mod = kCallers;
-  Start_Tree(ctx);
-  Fill_In(ctx);
-  constexpr std::size_t kBeside_Root = 3;
-  if (Nodes.size() < kBeside_Root) Set_Nothing("このプロシージャは参照されていません。");
-  Set_Nod_Exp();
-  Set_Crt_His();
-  FTv_Chart_NodeClick(ctx, Cur);
-  return true;
+  return Set_Tree(ctx, kCallers, ag_Keep, "このプロシージャは参照されていません。");
 }
 
 bool Frm_Chart::Set_NRf_Tree(const Query_Ctx& ctx, int& ag_Keep) {

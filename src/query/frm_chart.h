@@ -94,6 +94,8 @@ struct Frm_Chart {
  private:
   [[nodiscard]] bool Take_Root(const Query_Ctx& ctx, int mode, int& ag_Keep);
   [[nodiscard]] bool Chk_Dsp_Mem(const Query_Ctx& ctx, int mode);
+  [[nodiscard]] bool Set_Tree(const Query_Ctx& ctx, int mode, int& ag_Keep,
+                              std::string_view nothing);
   void Set_Ope_Msg(const Query_Ctx& ctx);
   void Start_Tree(const Query_Ctx& ctx);
   void Fill_In(const Query_Ctx& ctx);

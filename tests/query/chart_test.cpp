@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The chart: what stands in a tree and why, its limits, its texts, and what the window shows of it.
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -184,8 +185,7 @@ TEST_F(Chart, StopsAtFortyLevelsAndSaysItOnce) {
   std::string code;
   for (const char chain : {'A', 'B'})
     for (int i = 0; i < 45; ++i)
-      code += "Sub " + std::string(1, chain) + std::to_string(i) + "()\n" + chain +
-              std::to_string(i + 1) + "\nEnd Sub\n";
+      code += fmt::format("Sub {0}{1}()\n{0}{2}\nEnd Sub\n", chain, i, i + 1);
   project.Add("M",
               code + "Sub A45()\nEnd Sub\nSub B45()\nEnd Sub\nSub Root()\nA0\nB0\nA6\nEnd Sub");
   ASSERT_TRUE(project.Analyse());
@@ -209,12 +209,9 @@ TEST_F(Chart, StopsAtFortyLevelsAndSaysItOnce) {
 
 TEST_F(Chart, StopsAtTwentyThousandRowsAndSaysItOnce) {
   std::string code;
-  for (int i = 0; i < 30; ++i) {
-    const std::string next = std::to_string(i + 1);
+  for (int i = 0; i < 30; ++i)
     for (const char side : {'L', 'R'})
-      code += "Sub " + std::string(1, side) + std::to_string(i) + "()\nL" + next + "\nR" + next +
-              "\nEnd Sub\n";
-  }
+      code += fmt::format("Sub {0}{1}()\nL{2}\nR{2}\nEnd Sub\n", side, i, i + 1);
   project.Add("M", code + "Sub L30()\nEnd Sub\nSub R30()\nEnd Sub");
   ASSERT_TRUE(project.Analyse());
   project.Ui.calls.clear();

@@ -4,25 +4,19 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <filesystem>
-#include <map>
 
 #include "app/cli/cli.h"
 #include "app/cli/commands.h"
+#include "app/cli/edit_output.h"
 #include "host/places.h"
-#include "provider/lines.h"
 #include "provider/undo_record.h"
-#include "provider/writer.h"
 #include "query/frm_search.h"
 #include "query/terminal_writer.h"
 #include "service/errors.h"
-#include "service/files.h"
 #include "service/text.h"
 #include "views/references.h"
 
 namespace oru::app {
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -172,58 +166,6 @@ void Print_Change(const Work& work, const Output& output, const query::Undo_Line
   shown("\x1B[32m", '+', line.New);
 }
 
-// The bytes of each file that holds a changed module.
-std::map<std::string, std::string> Bytes_Of(const Work& work,
-                                            const std::vector<query::Undo_Line>& lines) {
-  std::map<std::string, std::string> bytes;
-  for (const provider::Module_File& file : work.project.Files) {
-    if (bytes.contains(file.relative) ||
-        std::none_of(lines.begin(), lines.end(),
-                     [&](const query::Undo_Line& line) { return line.Mdl == file.name; }))
-      continue;
-    service::Read_Result read = service::Read_File(file.path);
-    if (read.Ok()) bytes.emplace(file.relative, std::move(read.bytes));
-  }
-  return bytes;
-}
-
-// The edited modules into their files, with a record by which all of it can be taken back.
-int Write_Replacement(const Work& work, const Output& output, const Search_Options& options,
-                      const std::vector<query::Undo_Line>& lines) {
-  const auto before = Bytes_Of(work, lines);
-  auto* project = dynamic_cast<host::Memory_Project*>(work.session.VBInst->ActiveVBProject());
-  if (project == nullptr) return kExit_Output;
-  provider::Writer writer(work.project.Files, work.project.Code_Page,
-                          {.signed_too = options.Signed});
-  const std::vector<provider::Problem> problems = writer.Write_Edited(*project);
-  for (const provider::Problem& problem : problems) Tell(output.err, problem.message);
-  std::vector<provider::Undo_File> record;
-  const auto after = Bytes_Of(work, lines);
-  for (const auto& [relative, now] : after) {
-    const auto was = before.find(relative);
-    if (was != before.end() && was->second != now)
-      record.push_back({relative, was->second, provider::Hash_Bytes(now), now.size()});
-  }
-  if (record.empty()) return problems.empty() ? kExit_Ok : kExit_Output;
-  if (const std::string error = provider::Save_Undo(work.project.Host_File, record);
-      !error.empty()) {
-    // What could not be taken back later is taken back now.
-    Tell(output.err, error + "取り消すための記録を残せないため、置換を取りやめます。");
-    for (const provider::Undo_File& file : record)
-      for (const provider::Module_File& known : work.project.Files)
-        if (known.relative == file.relative) {
-          const service::File_Result put =
-              service::Write_File(known.path, file.old_bytes, after.at(file.relative));
-          if (!put.Ok()) Tell(output.err, put.error);
-          break;
-        }
-    return kExit_Output;
-  }
-  output.out << fmt::format("{} 行を置換しました ({} 個のファイル)。「oru undo」で取り消せます。\n",
-                            lines.size(), record.size());
-  return problems.empty() ? kExit_Ok : kExit_Output;
-}
-
 }  // namespace
 
 void Add_Search_Options(CLI::App& command, Search_Options& options) {
@@ -310,7 +252,14 @@ int Cmd_Replace(const Work& work, const Output& output, const Search_Options& op
   }
   for (const std::string& skipped : done.Skipped) Tell(output.err, skipped);
   for (const query::Undo_Line& line : done.Lines) Print_Change(work, output, line);
-  if (options.Write) return Write_Replacement(work, output, options, done.Lines);
+  if (options.Write) {
+    const Edits_Written written = Write_Edits(work, output, "置換", options.Signed);
+    if (written.files > 0)
+      output.out << fmt::format(
+          "{} 行を置換しました ({} 個のファイル)。「oru undo」で取り消せます。\n",
+          done.Lines.size(), written.files);
+    return written.exit;
+  }
   output.out << fmt::format("{} 行が変わります。--write で書き込みます。\n", done.Lines.size());
   return kExit_Ok;
 }

@@ -125,6 +125,17 @@ Member_Place Get_CML_Inf(const CodeModule& module, int line) {
   return place;
 }
 
+std::vector<Member_Place> Get_Procedures(const CodeModule& module) {
+  std::vector<Member_Place> places;
+  const int count = module.CountOfLines();
+  for (int line = module.CountOfDeclarationLines() + 1; line <= count;) {
+    Member_Place place = Get_CML_Inf(module, line);
+    line = std::max(line + 1, place.Top + place.Cnt);
+    if (!place.Prc_Nam.empty()) places.push_back(std::move(place));
+  }
+  return places;
+}
+
 std::string Get_Sel_Wrd(const CodeModule& module, const Selection& selection) {
   if (selection.start_line != selection.end_line ||
       selection.end_column <= selection.start_column ||

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "host/model.h"
 #include "service/services.h"
@@ -46,6 +47,9 @@ struct Member_Place {
 /// The member at a line, with its three line numbers. For a name that comes twice in the module
 /// (branches of an `#If`) the numbers are those of the procedure that really holds the line.
 [[nodiscard]] Member_Place Get_CML_Inf(const CodeModule& module, int line);
+
+/// All procedures of a module in order, each where it really stands.
+[[nodiscard]] std::vector<Member_Place> Get_Procedures(const CodeModule& module);
 
 /// What the active pane shows.
 struct Pane_Place {

@@ -122,6 +122,25 @@ TEST(Derived, KindsOfMembers) {
   }
 }
 
+TEST(Derived, ProceduresOfAModule) {
+  Memory_Editor editor;
+  Memory_Project& project = editor.Add_Project("P", "B");
+  const CodeModule& module =
+      *project
+           .Add_Component({.name = "M",
+                           .text = "Dim x\n'about\nSub A()\nEnd Sub\n#If X Then\n"
+                                   "Sub B()\nEnd Sub\n#Else\nSub B()\nx = 1\nEnd Sub\n"
+                                   "#End If\nProperty Get C()\nEnd Property\n\n"})
+           .CodeModule();
+  std::string all;
+  for (const Member_Place& place : Get_Procedures(module))
+    all += place.Nam + " " + std::to_string(place.Top) + " " + std::to_string(place.Bdy) + " " +
+           std::to_string(place.Cnt) + "\n";
+  EXPECT_EQ(all, "A 2 3 3\nB 5 6 3\nB 8 9 4\nC(Get) 12 13 4\n");
+  EXPECT_TRUE(
+      Get_Procedures(*project.Add_Component({.name = "N", .text = "Dim x"}).CodeModule()).empty());
+}
+
 TEST(Derived, ActivePane) {
   Memory_Editor editor;
   EXPECT_FALSE(Get_ACp_Inf(editor).has_value());

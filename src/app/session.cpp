@@ -34,6 +34,9 @@ void Session::Front::All_Unl_Prc() {
   if (session_.List) session_.List->Sav_State(session_.Srv.Opt);
   session_.List.reset();
   session_.Move.reset();
+  session_.Search.reset();
+  session_.Control.reset();
+  session_.Chart.reset();
   ui_.All_Unl_Prc();
 }
 
@@ -162,6 +165,51 @@ void Session::Set_MovLs() {
   if (Move) Move->Set_MovLs(Move_View());
 }
 
+query::Query_Ctx Session::Query() {
+  return {Srv, *VBInst, Tbl,
+          [this] {
+            analyser::Anl_Ctx anl = Anl();
+            (void)analyser::Get_Pgm_Inf(anl, true);
+          },
+          [this](std::string_view /*module*/) { Sta.Edt_Chg = true; }};
+}
+
+void Session::Add_Query_Forms(lifecycle::Command_Ctx& ctx) {
+  ctx.Frm["Frm_Search"] = [this](const lifecycle::View_Request& request) {
+    const query::Query_Ctx query = Query();
+    query.Get_Pgm_Inf();
+    if (!Search) Search.emplace();
+    if (request.Mod == "参照文") {
+      Search->FCx_Object_Click(query, query::kSearch_Reference);
+      (void)Search->Src_Start_Proc(query, 1);
+    } else if (request.Sel_Wrd) {
+      (void)Search->Get_Inform(query);
+    }
+    Srv.Ui.Show_Frm("Frm_Search");
+  };
+  ctx.Frm["Frm_Control"] = [this](const lifecycle::View_Request& /*request*/) {
+    if (!Control) {
+      Control.emplace();
+      Control->Lod_State(Srv.Opt);
+    }
+    (void)Control->Dsp_Start_Proc(Query());
+    Srv.Ui.Show_Frm("Frm_Control");
+  };
+  ctx.Frm["Frm_Chart"] = [this](const lifecycle::View_Request& /*request*/) {
+    const query::Query_Ctx query = Query();
+    query.Get_Pgm_Inf();
+    if (!Chart) {
+      Chart.emplace();
+      Chart->Lod_State(Srv.Opt);
+    }
+    int keep = 1;
+    (void)(Chart->Crt_Mod == query::kCallees   ? Chart->Set_Ref_Tree(query, keep)
+           : Chart->Crt_Mod == query::kCallers ? Chart->Set_Rev_Tree(query, keep)
+                                               : Chart->Set_NRf_Tree(query, keep));
+    Srv.Ui.Show_Frm("Frm_Chart");
+  };
+}
+
 lifecycle::Command_Ctx Session::Command_Context() {
   lifecycle::Command_Ctx ctx{Srv, *VBInst, HostApp};
   const auto current = [this] {
@@ -183,6 +231,7 @@ lifecycle::Command_Ctx Session::Command_Context() {
     Set_MovLs();
     Srv.Ui.Show_Frm("Frm_Move");
   };
+  Add_Query_Forms(ctx);
   ctx.Set_MovLs = [this] { Set_MovLs(); };
   ctx.Set_Sif_Inf = [this] {
     analyser::Anl_Ctx anl = Anl();

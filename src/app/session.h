@@ -16,6 +16,9 @@
 #include "analyser/driver.h"
 #include "lifecycle/commands.h"
 #include "lifecycle/menus.h"
+#include "query/frm_chart.h"
+#include "query/frm_control.h"
+#include "query/frm_search.h"
 #include "service/services.h"
 #include "service/state.h"
 #include "views/context.h"
@@ -59,6 +62,8 @@ class Session {
   [[nodiscard]] analyser::Anl_Ctx Anl();
   /// What a view works with, as of now.
   [[nodiscard]] views::View_Ctx View();
+  /// What a query works with: it brings the tables up to date where it needs the code of this moment.
+  [[nodiscard]] query::Query_Ctx Query();
   /// The commands of the menus; none while not connected.
   [[nodiscard]] std::vector<lifecycle::Command_Info> List_Commands() const;
 
@@ -96,6 +101,9 @@ class Session {
   // Open views.
   std::optional<views::Frm_List> List;
   std::optional<views::Frm_Move> Move;
+  std::optional<query::Frm_Search> Search;
+  std::optional<query::Frm_Control> Control;
+  std::optional<query::Frm_Chart> Chart;
   analyser::Edit_Moment Out_Edt;  ///< for a project that is edited outside the editor
   /// Help of the program: the file beside it, or in the neighbouring "Build" folder.
   std::filesystem::path Help_File;
@@ -106,6 +114,7 @@ class Session {
   [[nodiscard]] lifecycle::Command_Ctx Command_Context();
   [[nodiscard]] views::Move_Ctx Move_View() { return {View(), Lst, Sta.Anl_Chg}; }
   void Set_MovLs();
+  void Add_Query_Forms(lifecycle::Command_Ctx& ctx);
 
   Session_Options options_;
   std::unique_ptr<lifecycle::Commands> commands_;

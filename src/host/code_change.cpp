@@ -90,19 +90,6 @@ std::string Chk_Length(std::string_view module, const Line_Change& change) {
   return {};
 }
 
-std::string Chk_Visible(std::string_view module, const Line_Change& change) {
-  Visible was(change.Old), now(change.New);
-  while (!was.At_End() && !now.At_End() && was.Char() == now.Char()) {
-    was.Next();
-    now.Next();
-  }
-  if (was.At_End() && now.At_End()) return {};
-  const std::size_t line = was.At_End() ? change.Old.size() : was.Line();
-  return fmt::format(
-      "「{}」の {} 行目の文字が失われるか変わるため、書き換えません。この行の字下げを直してから実行してください。",
-      module, Seen_Line(change, line));
-}
-
 // Counts continuation marks through the lines as they will be.
 class Continuations {
  public:
@@ -161,6 +148,19 @@ std::vector<std::string> Lines_Of(const CodeModule& code, int start, int count) 
   lines.reserve(static_cast<std::size_t>(count));
   for (const std::string_view line : service::Split(text, "\r\n")) lines.emplace_back(line);
   return lines;
+}
+
+std::string Chk_Visible(std::string_view module, const Line_Change& change) {
+  Visible was(change.Old), now(change.New);
+  while (!was.At_End() && !now.At_End() && was.Char() == now.Char()) {
+    was.Next();
+    now.Next();
+  }
+  if (was.At_End() && now.At_End()) return {};
+  const std::size_t line = was.At_End() ? change.Old.size() : was.Line();
+  return fmt::format(
+      "「{}」の {} 行目の文字が失われるか変わるため、書き換えません。この行の字下げを直してから実行してください。",
+      module, Seen_Line(change, line));
 }
 
 std::string Chk_Change(const CodeModule& code, std::string_view module,

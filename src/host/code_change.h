@@ -26,6 +26,10 @@ enum class Keeps {
   All_But_Blanks  ///< every character that is no blank, no tab and no line end, in its order
 };
 
+/// The part of the guard that compares characters, for a change that takes the place of a text that
+/// is not in the module yet: empty if `New` has those of `Old`, blanks aside.
+[[nodiscard]] std::string Chk_Visible(std::string_view module, const Line_Change& change);
+
 /// Why the changes cannot be made: in Japanese, with the module and the line as it stands there
 /// now. Empty if they can. The changes are in order of their lines, none over another.
 [[nodiscard]] std::string Chk_Change(const CodeModule& code, std::string_view module,

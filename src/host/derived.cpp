@@ -44,6 +44,13 @@ bool Chk_Edt_Mod(VBE& vbe) {
   return window != nullptr && window->Caption().find("(コード)") != std::string::npos;
 }
 
+bool Chk_Run_Fnc(VBE& vbe, service::Services& services) {
+  if (Chk_Edt_Mod(vbe)) return true;
+  (void)service::Srv_Dsp_Msg(services, "この機能はコード編集時のみ利用可能です。   ",
+                             service::Buttons::Ok, 1, service::Icon::Warning);
+  return false;
+}
+
 bool Chk_Mdl_Typ(int component_type) {
   switch (component_type) {
     case kType_Module:

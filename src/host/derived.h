@@ -22,6 +22,8 @@ namespace oru::host {
 [[nodiscard]] bool Chk_Des_Mod(VBE& vbe);
 /// True when the front window is a code window, in design mode.
 [[nodiscard]] bool Chk_Edt_Mod(VBE& vbe);
+/// The same for a command that needs it: the user is told when it is not so.
+[[nodiscard]] bool Chk_Run_Fnc(VBE& vbe, service::Services& services);
 /// True for the name of a component of the active project of type 1, 2, 3, 11 or 100.
 [[nodiscard]] bool Chk_Mdl_Typ(VBE& vbe, std::string_view name);
 [[nodiscard]] bool Chk_Mdl_Typ(int component_type);

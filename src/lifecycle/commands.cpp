@@ -81,13 +81,6 @@ bool Has_Module(host::VBProject& project) {
 
 }  // namespace
 
-bool Chk_Run_Fnc(host::VBE& vbe, service::Services& services) {
-  if (host::Chk_Edt_Mod(vbe)) return true;
-  (void)service::Srv_Dsp_Msg(services, "この機能はコード編集時のみ利用可能です。   ",
-                             service::Buttons::Ok, 1, Icon::Warning);
-  return false;
-}
-
 std::string_view Place_Name(Place where) {
   switch (where) {
     case Place::Popup:
@@ -138,7 +131,7 @@ bool Commands::Chk_Grd(const Command& command) {
     case Guard::Loading:
       return Chk_Lod_Frm(command.Nam);
     case Guard::Editing:
-      return Chk_Run_Fnc(ctx_.VBInst, ctx_.Srv);
+      return host::Chk_Run_Fnc(ctx_.VBInst, ctx_.Srv);
   }
   return true;
 }

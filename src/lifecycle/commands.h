@@ -50,9 +50,6 @@ struct Command_Ctx {
   std::function<std::string(std::span<const Menu_Entry>)> Dsp_Pop_Mnu = {};
 };
 
-/// True while code is being edited; tells the user otherwise.
-[[nodiscard]] bool Chk_Run_Fnc(host::VBE& vbe, service::Services& services);
-
 /// One entry of the menus, for a listing.
 struct Command_Info {
   Place Where;

@@ -54,7 +54,8 @@ enum class Class { Plain, Opener, Closer, Else_Like };
 Class Class_Of(std::string_view code, std::string_view word) {
   if (Is_One_Of(kOpeners, word)) {
     if (word != "If") return Class::Opener;
-    const std::size_t blank = code.rfind(' ');
+    // A continued line may begin with the word: it must count before it is indented as well.
+    const std::size_t blank = code.find_last_of(" \n");
     return blank != npos && code.substr(blank + 1) == "Then" ? Class::Opener : Class::Plain;
   }
   if (word == "End") {

@@ -124,8 +124,6 @@ bool Takes_Label(std::string_view code, bool skip_const) {
 // Numbers that no label may get: a jump means another line by them, or a line has them already.
 Used_Numbers Taken_Numbers(std::span<const std::string> lines, std::size_t header) {
   const auto body = lines.subspan(header);
-  if (std::ranges::all_of(body, [](std::string_view line) { return Number_Of(line).empty(); }))
-    return {{}, If_Erl::Remove};
   Used_Numbers taken(body, If_Erl::Remove);
   for (const std::string& line : body)
     if (Has_Bare_Number(line)) taken.Add(Number_Of(line));

@@ -196,6 +196,8 @@ TEST(IndentRules, WhatOpensABlock) {
        "\n    If x Then _\n        y = 1\n    z\n"},
       {"an If whose Then comes in the next line", "\nIf x And _\n  y Then\nz\nEnd If\n",
        "\n    If x And _\n      y Then\n        z\n    End If\n"},
+      {"an If whose Then begins a line", "\nIf x _\nThen\nz\nEnd If\n",
+       "\n    If x _\n    Then\n        z\n    End If\n"},
       {"a keyword with a note right behind it", "\nDo 'a\nb\nLoop 'c\nd\n",
        "\n    Do 'a\n        b\n    Loop 'c\n    d\n"},
       {"End in a text of two blanks", "\nIf x Then\nEnd  If\ny\nEnd If\n",

@@ -201,6 +201,8 @@ Sub A()
 4: h
 End Sub
 )"},
+      {"a jump to a line that is not there", "\nSub A()\n    GoTo 3\n    b\nEnd Sub\n",
+       "\nSub A()\n2:     GoTo 3\n    b\nEnd Sub\n"},
       {"a second header",
        R"(
 #If Win64 Then

@@ -138,7 +138,9 @@ class Indenter {
       out_.Lines.emplace_back(out_.Lines.empty() ? "\t" : "");
       return;
     }
-    if ((depth_ == 0 && !started_) || Trim_Left(first).starts_with("'''")) {
+    const bool stays = options_.Labels == Label_Lines::Stay && !first.starts_with(' ') &&
+                       Is_Label_Line(Trim(first));
+    if ((depth_ == 0 && !started_) || stays || Trim_Left(first).starts_with("'''")) {
       out_.Lines.insert(out_.Lines.end(), lines.begin(), lines.end());
       return;
     }

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
@@ -14,9 +15,14 @@ namespace oru::transform {
 
 constexpr std::size_t kMost_Depth = 37;  ///< blocks that may be open at a time
 
+/// What becomes of a label line that stands at the first column, where the real editor puts labels
+/// back to.
+enum class Label_Lines : std::uint8_t { Indented, Stay };
+
 struct Indent_Options {
   int Idt_Cnt = 4;      ///< `FTx_IdtCn`: blanks per level
   bool Rev_Dec = true;  ///< `FCk_RevDS`: the declarations at the beginning are indented too
+  Label_Lines Labels = Label_Lines::Indented;
 };
 
 struct Indented {

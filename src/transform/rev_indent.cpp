@@ -45,6 +45,18 @@ std::size_t Body_End(std::span<const std::string> lines, std::size_t first) {
   return lines.size();
 }
 
+// The editor holds no tabs in front of a line, but files that were edited elsewhere do: they count
+// as blanks up to the next stop.
+void Expand_Tabs(Lines& lines, std::size_t stop) {
+  for (std::string& line : lines) {
+    const std::size_t text = std::min(line.find_first_not_of(" \t"), line.size());
+    if (line.find('\t') >= text) continue;
+    std::size_t column = 0;
+    for (std::size_t i = 0; i < text; ++i) column += line[i] == '\t' ? stop - column % stop : 1;
+    line.replace(0, text, column, ' ');
+  }
+}
+
 Lines Part(Lines& lines, std::size_t first, std::size_t end) {
   const auto at = [&](std::size_t i) {
     return std::move_iterator(lines.begin() + static_cast<std::ptrdiff_t>(i));
@@ -72,19 +84,24 @@ class Busy {
 
 }  // namespace
 
-host::Change_Result Format_Procedure(const Transform_Ctx& ctx, const Procedure& procedure) {
+host::Change_Result Format_Procedure(const Transform_Ctx& ctx, const Procedure& procedure,
+                                     Label_Lines labels) {
   const host::Member_Place& place = procedure.Mem;
-  const Indent_Options options{ctx.Srv.Opt.Number("FTx_IdtCn"), ctx.Srv.Opt.Flag("FCk_RevDS")};
+  const Indent_Options options{std::max(ctx.Srv.Opt.Number("FTx_IdtCn"), 1),
+                               ctx.Srv.Opt.Flag("FCk_RevDS"), labels};
 
   Lines old = host::Lines_Of(procedure.Code, place.Bdy, place.Top + place.Cnt - place.Bdy);
   if (old.empty()) return {};
   const std::vector<New_Line> cut = Cut_Labels(old, 0, If_Erl::Keep);
-  Lines bare;  // without the labels, if there were any
-  if (!cut.empty()) {
+  const bool tabs = std::ranges::any_of(
+      old, [](const std::string& line) { return line.find('\t') != std::string::npos; });
+  Lines bare;  // without labels and tabs, if there were any
+  if (!cut.empty() || tabs) {
     bare = old;
     for (const New_Line& line : cut) bare[line.Line] = line.Text;
+    if (tabs) Expand_Tabs(bare, static_cast<std::size_t>(options.Idt_Cnt));
   }
-  const std::span<const std::string> lines = cut.empty() ? old : bare;
+  const std::span<const std::string> lines = bare.empty() ? old : bare;
 
   const std::string_view header = lines.front();
   const std::size_t base = header.size() - service::Trim_Left(header).size();

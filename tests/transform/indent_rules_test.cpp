@@ -230,6 +230,11 @@ TEST(IndentRules, LabelLines) {
        "\n    Do\n        x = \"a:b\"\n    Loop 'a:b\n    Loop'a:b\n"},
   };
   Check(kCases);
+  constexpr Case kLeft[] = {
+      {"at the first column, where they may stay", "\nx\nDo\n' a\nErr1:\n  Err2: y\nz\nLoop\n",
+       "\n    x\n    Do\n        ' a\nErr1:\n        Err2: y\n        z\n    Loop\n"},
+  };
+  Check(kLeft, 0, {.Labels = Label_Lines::Stay});
 }
 
 TEST(IndentRules, CommentsGoWithTheNextStatement) {

@@ -69,6 +69,10 @@ TEST_F(Formatter, TouchesTheBodyOnly) {
        "\nSub A()\n    b\n    If c Then\n        d\n    End If\nEnd Sub\n"},
       {"labels in use stay", "\nSub A()\n10: b\n20: If c Then GoTo 40\n30: Do\nd\n40: End Sub",
        "\nSub A()\n    b\n    If c Then GoTo 40\n    Do\n        d\n40: End Sub\n"},
+      {"tabs count as blanks",
+       "\n  Sub A()\n\tDo\n \t\tb = \"\t\"\n\tx _\n\t\ty\n\tLoop\n  End Sub",
+       "\n  Sub A()\n      Do\n          b = \"\t\"\n          x _\n              y\n      Loop\n"
+       "  End Sub\n"},
       {"a number that is no label", "\nSub A()\nb = Array( _\n10: 1)\n20 Do\nEnd Sub",
        "\nSub A()\n    b = Array( _\n    10: 1)\n    20 Do\nEnd Sub\n"},
   };

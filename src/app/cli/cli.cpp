@@ -111,7 +111,7 @@ void Tell_Statistics(const Session& session, std::size_t modules, double seconds
 }
 
 // What a command needs before it can run.
-enum class Needs { Nothing, Analysis, Fresh_Analysis };
+enum class Needs { Nothing, Code, Analysis, Fresh_Analysis };
 
 struct Command {
   Needs needs = Needs::Analysis;
@@ -178,7 +178,8 @@ int Run_Command(const Common_Options& common, const Command& command, std::ostre
     }
   };
 
-  if (command.needs != Needs::Nothing) {
+  if (command.needs == Needs::Code && !common.quiet) Tell_Problems(session, *project, err);
+  if (command.needs == Needs::Analysis || command.needs == Needs::Fresh_Analysis) {
     Terminal::Watch_Interrupt(true);
     const bool analysed = session.Analyse();
     Terminal::Watch_Interrupt(false);
@@ -219,13 +220,78 @@ constexpr const char* kFooter =
     "                                               参照しているプロシージャの図\n"
     "  oru replace 受注管理/ Tanka Unit_Price --exact --write\n"
     "                                               置換する (oru undo 受注管理/ で取り消す)\n"
+    "  oru format 受注管理/ modJuchu                コード整形の差分 (--write で書き込む)\n"
+    "  oru align comments 受注管理/ modJuchu:12-20  行内コメントをそろえる\n"
+    "  oru number set 受注管理/ modJuchu.Touroku    Erl のための行ラベル (remove で解除)\n"
+    "  oru trace set 受注管理/ --statement 'Debug.Print \"%MN.%PN\"'\n"
     "  oru extract 受注管理.xlsm src/               モジュールをファイルに書き出す\n"
     "  oru import src/ 受注管理.xlsm                ファイルのコードをブックに取り込む\n"
     "\n"
-    "終了コード: 0 正常  1 指定した名前・合う文が無い  2 使い方の誤り  3 プロジェクトを読めない\n"
+    "終了コード: 0 正常  1 指定した名前・合う文が無い、--check で変わるところがある  2 使い方の誤り  3 プロジェクトを読めない\n"
     "            4 解析の中止・失敗  5 結果を出力できない・書き込めない\n"
-    "import、replace --write、undo のほかは、ブックとモジュールのファイルを読むだけで、変更しません。解析結果はプロジェクトのフォルダの\n"
+    "import、--write、undo のほかは、ブックとモジュールのファイルを読むだけで、変更しません。解析結果はプロジェクトのフォルダの\n"
     "「プロジェクト名.VMH」に保存し、次回は変更されたモジュールだけを解析します (--no-cache で無効)。";
+
+// What rewrites code. Only the trace asks the tables for scope and kind of a procedure.
+template <class Choose>
+void Add_Edit_Commands(CLI::App& app, Common_Options& common, Edit_Options& edit, Choose choose) {
+  const auto add = [&](CLI::App& parent, const char* name, const char* about, Needs needs,
+                       auto add_options, auto run) {
+    CLI::App* command = parent.add_subcommand(name, about);
+    if (needs == Needs::Analysis) {
+      Add_Common(*command, common);
+    } else {
+      Add_Project(*command, common);
+      Add_Data(*command, common);
+      Add_Formats(*command, common);
+    }
+    add_options(*command, edit);
+    command->callback(
+        choose(needs, [&edit, run](const Work& w, const Output& o) { return run(w, o, edit); }));
+  };
+  const auto group = [&app](const char* name, const char* about) -> CLI::App& {
+    CLI::App* parent = app.add_subcommand(name, about);
+    parent->require_subcommand(1);
+    return *parent;
+  };
+  using transform::Label_Mode, transform::Line_Tool, transform::Trace_Mode;
+  const auto lines = [](Line_Tool tool) {
+    return [tool](const Work& w, const Output& o, const Edit_Options& e) {
+      return Cmd_Lines(w, o, e, tool);
+    };
+  };
+  const auto number = [](Label_Mode mode) {
+    return [mode](const Work& w, const Output& o, const Edit_Options& e) {
+      return Cmd_Number(w, o, e, mode);
+    };
+  };
+  const auto trace = [](Trace_Mode mode) {
+    return [mode](const Work& w, const Output& o, const Edit_Options& e) {
+      return Cmd_Trace(w, o, e, mode);
+    };
+  };
+  add(app, "format", "コード整形: 制御構造に合わせて字下げをそろえる", Needs::Code,
+      Add_Format_Options, Cmd_Format);
+  CLI::App& align = group("align", "整列: 選んだ行の As 句または行内コメントの位置をそろえる");
+  add(align, "as", "As 句を、最初に現れた行の位置にそろえる", Needs::Code, Add_Lines_Options,
+      lines(Line_Tool::Align_As));
+  add(align, "comments", "行内コメントを、最初に現れた行の位置にそろえる", Needs::Code,
+      Add_Lines_Options, lines(Line_Tool::Align_Comments));
+  add(app, "swap", "代入文の反転: 選んだ行の「a = b」を「b = a」にする", Needs::Code,
+      Add_Lines_Options, lines(Line_Tool::Swap_Sides));
+  CLI::App& numbers = group("number", "エラー処理用行ラベル (行番号) の設定・解除");
+  add(numbers, "set", "行ラベルを設定する", Needs::Code, Add_Number_Options,
+      number(Label_Mode::Set));
+  add(numbers, "remove", "行ラベルを解除する (GoTo などが使うものは残す)", Needs::Code,
+      Add_Number_Options, number(Label_Mode::Remove));
+  CLI::App& traces = group("trace", "トレース用命令文の設定・解除、実行統計");
+  add(traces, "set", "トレース文を各プロシージャの先頭に設定する", Needs::Analysis,
+      Add_Trace_Options, trace(Trace_Mode::Set));
+  add(traces, "remove", "トレース文を解除する", Needs::Analysis, Add_Trace_Options,
+      trace(Trace_Mode::Remove));
+  add(traces, "table", "実行統計ファイルを、プロシージャのコメントを添えた表にする",
+      Needs::Analysis, Add_Trace_Table_Options, Cmd_Trace_Table);
+}
 
 }  // namespace
 
@@ -243,6 +309,7 @@ int Run_Cli(int argc, const char* const* argv, std::ostream& out, std::ostream& 
   Search_Options search;
   Outline_Options outline;
   Chart_Options chart;
+  Edit_Options edit;
   std::string member;
   Command chosen;
   const auto choose = [&chosen](Needs needs, auto run) {
@@ -341,7 +408,9 @@ int Run_Cli(int argc, const char* const* argv, std::ostream& out, std::ostream& 
   replacing->callback(choose(Needs::Analysis, [&search](const Work& w, const Output& o) {
     return Cmd_Replace(w, o, search);
   }));
-  CLI::App* undo = app.add_subcommand("undo", "最後の置換 (oru replace --write) を取り消す");
+  Add_Edit_Commands(app, common, edit, choose);
+  CLI::App* undo =
+      app.add_subcommand("undo", "コードを書き換えたコマンド (--write) の最後の１回を取り消す");
   Add_Project(*undo, common);
   Add_Formats(*undo, common);
   undo->callback(choose_alone([&common](const Output& output) {

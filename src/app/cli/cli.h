@@ -11,11 +11,12 @@ namespace oru::app {
 /// Exit codes of the program.
 enum Exit_Code {
   kExit_Ok = 0,
-  kExit_Not_Found = 1,  ///< the asked member is not there
-  kExit_Usage = 2,      ///< the command line is wrong
-  kExit_Project = 3,    ///< the project cannot be read
-  kExit_Stopped = 4,    ///< the analysis was stopped or failed
-  kExit_Output = 5      ///< the output could not be written
+  kExit_Not_Found = 1,     ///< the asked member is not there
+  kExit_Would_Change = 1,  ///< a check found something to change
+  kExit_Usage = 2,         ///< the command line is wrong
+  kExit_Project = 3,       ///< the project cannot be read
+  kExit_Stopped = 4,       ///< the analysis was stopped or failed
+  kExit_Output = 5         ///< the output could not be written
 };
 
 /// Whether the process ends behind the command: then the tables are not given back row by row, which

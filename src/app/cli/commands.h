@@ -12,6 +12,9 @@
 #include "app/file_project.h"
 #include "app/session.h"
 #include "query/rich_text.h"
+#include "transform/line_numbers.h"
+#include "transform/line_tools.h"
+#include "transform/trace.h"
 #include "views/references.h"
 
 namespace CLI {
@@ -121,6 +124,23 @@ struct Chart_Options {
 };
 void Add_Chart_Options(CLI::App& command, Chart_Options& options);
 
+/// What a command that rewrites code was asked for.
+struct Edit_Options {
+  std::vector<std::string> Names;  ///< modules, procedures; none: the project
+  std::string Range;               ///< "Module:FROM-TO"
+  bool Write = false, Check = false;
+  bool Signed = false;  ///< write although a signature becomes invalid
+  int Indent = 0;       ///< 0: as the options say
+  bool Keep_Declarations = false, Labels_Left = false;
+  std::string Statement, Statistics;
+  bool Public_Only = false, No_Sub = false, No_Function = false, No_Property = false;
+};
+void Add_Format_Options(CLI::App& command, Edit_Options& options);
+void Add_Lines_Options(CLI::App& command, Edit_Options& options);
+void Add_Number_Options(CLI::App& command, Edit_Options& options);
+void Add_Trace_Options(CLI::App& command, Edit_Options& options);
+void Add_Trace_Table_Options(CLI::App& command, Edit_Options& options);
+
 /// Adds the options of the two lists to their commands.
 void Add_Module_List_Options(CLI::App& command, List_Options& options);
 void Add_Procedure_List_Options(CLI::App& command, List_Options& options);
@@ -149,7 +169,18 @@ void Add_Procedure_List_Options(CLI::App& command, List_Options& options);
 /// Shows what a replacement changes, and does it if asked to.
 [[nodiscard]] int Cmd_Replace(const Work& work, const Output& output,
                               const Search_Options& options);
-/// Takes the last replacement of a project back. Needs no session.
+/// Each shows what it would change as a difference, lists it (`Check`), or writes it.
+[[nodiscard]] int Cmd_Format(const Work& work, const Output& output, const Edit_Options& options);
+[[nodiscard]] int Cmd_Number(const Work& work, const Output& output, const Edit_Options& options,
+                             transform::Label_Mode mode);
+[[nodiscard]] int Cmd_Lines(const Work& work, const Output& output, const Edit_Options& options,
+                            transform::Line_Tool tool);
+[[nodiscard]] int Cmd_Trace(const Work& work, const Output& output, const Edit_Options& options,
+                            transform::Trace_Mode mode);
+/// The table of a traced run, for a spreadsheet.
+[[nodiscard]] int Cmd_Trace_Table(const Work& work, const Output& output,
+                                  const Edit_Options& options);
+/// Takes the last change of a project's code back. Needs no session.
 [[nodiscard]] int Cmd_Undo(const Output& output, const std::string& project, int code_page);
 
 /// The modules of a workbook into files, and back. They need no session.

@@ -133,6 +133,7 @@ class Rewriter {
     for (const std::string_view line : old_code_) old_keys.push_back(Cut_Blanks(Skip_Blanks(line)));
     for (const std::string_view line : lines) new_keys.push_back(Cut_Blanks(Skip_Blanks(line)));
     const std::vector<std::size_t> match = Match_Lines(old_keys, new_keys);
+    const std::vector<std::size_t> twins = Twins(match);
     const std::vector<std::size_t> places = Place_Hidden(hidden_, old_code_, shown_lines, match);
     std::vector<std::vector<std::size_t>> at_place(lines.size() + 1);
     for (std::size_t i = 0; i < places.size(); ++i)
@@ -150,9 +151,28 @@ class Rewriter {
       if (!encoded || (damaged_ && lines[i].find("\uFFFD") != lines[i].npos))
         return Refuse(fmt::format("{} 行目の「{}」はこのファイルの文字コードで表せません", i + 1,
                                   First_Unfit(lines[i])));
-      pieces_.push_back({std::move(*encoded), line_end_});
+      const std::size_t twin = twins[i];
+      pieces_.push_back({std::move(*encoded),
+                         twin == kNo_Line ? line_end_ : raw_lines_[code_[twin]].Line_End(body_)});
     }
     return std::nullopt;
+  }
+
+  /// For each new line the old one whose line end it takes: the one it is matched with, or between
+  /// matched lines, where as many new ones stand as old ones, the one in its place.
+  [[nodiscard]] std::vector<std::size_t> Twins(const std::vector<std::size_t>& match) const {
+    std::vector<std::size_t> twins = match;
+    std::size_t next_old = 0;  // behind the last matched line
+    for (std::size_t i = 0; i < match.size();) {
+      std::size_t end = i;
+      while (end < match.size() && match[end] == kNo_Line) ++end;
+      const std::size_t old_end = end == match.size() ? old_code_.size() : match[end];
+      if (old_end - next_old == end - i)
+        for (; i < end; ++i) twins[i] = next_old++;
+      next_old = old_end + 1;
+      i = end + 1;
+    }
+    return twins;
   }
 
   void Keep(std::size_t line) {

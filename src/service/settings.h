@@ -76,6 +76,24 @@ class Settings {
   std::string bytes_, file_bytes_;
 };
 
+/// A number that counts for as long as this lives, as an argument of one command does; then the one
+/// before it comes back, which is what the file keeps.
+class Number_For_Now {
+ public:
+  Number_For_Now(Settings& settings, std::string_view name, std::int32_t value)
+      : settings_(settings), name_(name), before_(settings.Number(name)) {
+    settings_.Set_Number(name_, value);
+  }
+  ~Number_For_Now() { settings_.Set_Number(name_, before_); }
+  Number_For_Now(const Number_For_Now&) = delete;
+  Number_For_Now& operator=(const Number_For_Now&) = delete;
+
+ private:
+  Settings& settings_;
+  std::string_view name_;
+  std::int32_t before_;
+};
+
 /// Reads the record from the data folder; defaults, and false, if it is missing, unreadable, or of
 /// another size. A file that is there and cannot be used is kept as "DA-Sys.VMO.bak". Blank template and output paths become paths in `data_folder`.
 [[nodiscard]] bool Lod_SysInf(Settings& settings, const std::filesystem::path& data_folder);

@@ -3,7 +3,6 @@
 #include "app/cli/cli.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -12,6 +11,7 @@
 #include <sstream>
 
 #include "app/cli/output.h"
+#include "app/run_oru.h"
 #include "service/text.h"
 #include "support/book_maker.h"
 #include "support/fakes.h"
@@ -20,43 +20,6 @@ namespace oru::app {
 namespace {
 
 namespace fs = std::filesystem;
-
-struct Ran {
-  int code = 0;
-  std::string out, err;
-};
-
-// Settings, reports and projects of these tests: never the user's own.
-const test::Temp_Folder& Scratch() {
-  static const test::Temp_Folder folder;
-  static const int set = ::setenv("XDG_DATA_HOME", (folder / "home").c_str(), 1);
-  EXPECT_EQ(set, 0);
-  return folder;
-}
-
-// A copy of a project, which may be written beside.
-std::string Copy_Of(const fs::path& project, const std::string& name) {
-  const fs::path copy = Scratch() / name;
-  fs::create_directories(copy.parent_path());
-  fs::copy(project, copy, fs::copy_options::recursive);
-  return copy.string();
-}
-std::string Sample() {
-  static const std::string copy = Copy_Of(ORU_SOURCE_DIR "/samples/juchu", "juchu");
-  return copy;
-}
-
-Ran Oru(const std::vector<std::string>& arguments) {
-  (void)Scratch();
-  std::vector<const char*> argv{"oru"};
-  for (const std::string& argument : arguments) argv.push_back(argument.c_str());
-  std::ostringstream out, err;
-  Ran run;
-  run.code = Run_Cli(static_cast<int>(argv.size()), argv.data(), out, err);
-  run.out = out.str();
-  run.err = err.str();
-  return run;
-}
 
 std::string Whole(const fs::path& path) {
   std::ifstream file(path, std::ios::binary);

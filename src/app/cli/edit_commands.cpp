@@ -356,8 +356,10 @@ void Add_Trace_Table_Options(CLI::App& command, Edit_Options& options) {
 
 int Cmd_Format(const Work& work, const Output& output, const Edit_Options& options) {
   service::Settings& settings = work.session.Srv.Opt;
-  if (options.Indent > 0) settings.Set_Number("FTx_IdtCn", options.Indent);
-  if (options.Keep_Declarations) settings.Set_Number("FCk_RevDS", 0);
+  const service::Number_For_Now indent(
+      settings, "FTx_IdtCn", options.Indent > 0 ? options.Indent : settings.Number("FTx_IdtCn"));
+  const service::Number_For_Now declarations(
+      settings, "FCk_RevDS", options.Keep_Declarations ? 0 : settings.Number("FCk_RevDS"));
   Edit edit(work, output, options);
   std::vector<Chosen_Module> chosen;
   if (const int exit = edit.Choose(chosen); exit != kExit_Ok) return exit;

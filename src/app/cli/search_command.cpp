@@ -199,7 +199,9 @@ int Cmd_Search(const Work& work, const Output& output, const Search_Options& opt
              options.Kind));
     return kExit_Usage;
   }
-  if (options.By_Name) work.session.Srv.Opt.Set_Number("FOp_ScOpt2", 1);
+  service::Settings& settings = work.session.Srv.Opt;
+  const service::Number_For_Now by_name(settings, "FOp_ScOpt2",
+                                        options.By_Name ? 1 : settings.Number("FOp_ScOpt2"));
   Search_Work search(work, output, options);
   if (const int exit = search.Ask(kind->Code, options.Words); exit != kExit_Ok) return exit;
   if (const int exit = search.Run(); exit != kExit_Ok) return exit;

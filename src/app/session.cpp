@@ -9,6 +9,8 @@
 #include "host/derived.h"
 #include "lifecycle/window_commands.h"
 #include "service/data_folder.h"
+#include "transform/line_tools.h"
+#include "transform/rev_indent.h"
 
 namespace oru::app {
 
@@ -37,6 +39,8 @@ void Session::Front::All_Unl_Prc() {
   session_.Search.reset();
   session_.Control.reset();
   session_.Chart.reset();
+  if (session_.Trace) session_.Trace->Sav_State(session_.Srv.Opt);
+  session_.Trace.reset();
   ui_.All_Unl_Prc();
 }
 
@@ -210,6 +214,46 @@ void Session::Add_Query_Forms(lifecycle::Command_Ctx& ctx) {
   };
 }
 
+transform::Transform_Ctx Session::Transform() {
+  return {Srv,
+          *VBInst,
+          Tbl,
+          [this](std::string_view /*module*/) { Sta.Edt_Chg = true; },
+          [this] {
+            analyser::Anl_Ctx anl = Anl();
+            analyser::Set_Sif_Inf(anl);
+          },
+          [this](std::string_view module, std::string_view member) {
+            if (Control && Control->Cur().Mdl == module && Control->Cur().Mem == member)
+              (void)Control->Dsp_Start_Proc(Query());
+          }};
+}
+
+void Session::Add_Transforms(lifecycle::Command_Ctx& ctx) {
+  const auto tell = [this](const host::Change_Result& result) {
+    if (!result.Ok())
+      (void)service::Srv_Dsp_Msg(Srv, result.Error, service::Buttons::Ok, 1,
+                                 service::Icon::Warning);
+  };
+  ctx.Trf["Rev_Indent"] = [this, tell](int /*mode*/) { tell(transform::Rev_Indent(Transform())); };
+  ctx.Trf["Alg_CmA_Pos"] = [this, tell](int mode) {
+    tell(transform::Alg_CmA_Pos(Transform(), mode));
+  };
+  ctx.Trf["Rev_Let_Sta"] = [this, tell](int /*mode*/) {
+    tell(transform::Rev_Let_Sta(Transform()));
+  };
+  ctx.Trf["Set_LNo_Key"] = [this, tell](int mode) {
+    tell(transform::Set_LNo_Key(Transform(), static_cast<transform::Label_Mode>(mode)));
+  };
+  ctx.Frm["Frm_Trace"] = [this](const lifecycle::View_Request& /*request*/) {
+    if (!Trace) {
+      Trace.emplace();
+      Trace->Lod_State(Srv.Opt);
+    }
+    Srv.Ui.Show_Frm("Frm_Trace");
+  };
+}
+
 lifecycle::Command_Ctx Session::Command_Context() {
   lifecycle::Command_Ctx ctx{Srv, *VBInst, HostApp};
   const auto current = [this] {
@@ -232,6 +276,7 @@ lifecycle::Command_Ctx Session::Command_Context() {
     Srv.Ui.Show_Frm("Frm_Move");
   };
   Add_Query_Forms(ctx);
+  Add_Transforms(ctx);
   ctx.Set_MovLs = [this] { Set_MovLs(); };
   ctx.Set_Sif_Inf = [this] {
     analyser::Anl_Ctx anl = Anl();

@@ -21,6 +21,8 @@
 #include "query/frm_search.h"
 #include "service/services.h"
 #include "service/state.h"
+#include "transform/line_numbers.h"
+#include "transform/trace.h"
 #include "views/context.h"
 #include "views/frm_list.h"
 #include "views/frm_move.h"
@@ -64,6 +66,8 @@ class Session {
   [[nodiscard]] views::View_Ctx View();
   /// What a query works with: it brings the tables up to date where it needs the code of this moment.
   [[nodiscard]] query::Query_Ctx Query();
+  /// What a transform works with.
+  [[nodiscard]] transform::Transform_Ctx Transform();
   /// The commands of the menus; none while not connected.
   [[nodiscard]] std::vector<lifecycle::Command_Info> List_Commands() const;
 
@@ -104,6 +108,7 @@ class Session {
   std::optional<query::Frm_Search> Search;
   std::optional<query::Frm_Control> Control;
   std::optional<query::Frm_Chart> Chart;
+  std::optional<transform::Frm_Trace> Trace;
   analyser::Edit_Moment Out_Edt;  ///< for a project that is edited outside the editor
   /// Help of the program: the file beside it, or in the neighbouring "Build" folder.
   std::filesystem::path Help_File;
@@ -115,6 +120,7 @@ class Session {
   [[nodiscard]] views::Move_Ctx Move_View() { return {View(), Lst, Sta.Anl_Chg}; }
   void Set_MovLs();
   void Add_Query_Forms(lifecycle::Command_Ctx& ctx);
+  void Add_Transforms(lifecycle::Command_Ctx& ctx);
 
   Session_Options options_;
   std::unique_ptr<lifecycle::Commands> commands_;

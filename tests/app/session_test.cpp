@@ -279,6 +279,37 @@ TEST(Session, DataFolderThatVanishesCostsNoAnalysis) {
   EXPECT_TRUE(job.ui.messages.empty());
 }
 
+TEST(Session, CommandsOnTheCodeInFront) {
+  Job job;
+  (void)job.Run([&](Session& s) {
+    host::CodeModule* code = nullptr;
+    host::VBComponents& all = s.VBInst->ActiveVBProject()->VBComponents();
+    for (int i = 1; i <= all.Count() && code == nullptr; ++i)
+      if (all.Item(i)->CodeModule()->CountOfLines() > 0) code = all.Item(i)->CodeModule();
+    ASSERT_NE(code, nullptr);
+    code->DeleteLines(1, code->CountOfLines());
+    code->InsertLines(1, "Sub A()\nx = y\nB\nEnd Sub\nSub B()\nEnd Sub");
+    code->CodePane().Show();
+    code->CodePane().SetSelection({2, 1, 2, 6});
+    ASSERT_TRUE(s.Run("CTE_CT_4_Click"));
+    ASSERT_TRUE(s.Control);
+    EXPECT_EQ(s.Control->Cur().Mem, "A");
+    ASSERT_TRUE(s.Run("CTE_CT_2_Click"));
+    ASSERT_TRUE(s.Chart);
+    EXPECT_EQ(s.Chart->Nodes.size(), 3U);
+    EXPECT_TRUE(s.Run("CEv_CE_3_Click"));
+    EXPECT_TRUE(s.Sta.Edt_Chg);
+    EXPECT_TRUE(s.Run("CEv_CE_7_Click"));
+    EXPECT_EQ(s.Control->Cur().Rows.at(1).Lines.front(), "B");  // shown anew
+    EXPECT_TRUE(s.Run("CTE_CE_8_Click"));
+    EXPECT_EQ(code->Lines(1, 3), "Sub A()\r\n2:     y = x\r\n3:     B");
+    EXPECT_TRUE(s.Run("CTE_CE_6_Click"));
+    EXPECT_EQ(code->Lines(1, 3), "Sub A()\r\n    y = x\r\n    B");
+    EXPECT_TRUE(s.Run("CTE_CE_5_Click"));
+    EXPECT_TRUE(s.Trace);
+  });
+}
+
 TEST(Session, StateIsKeptBetweenRuns) {
   Job job;
   (void)job.Run([](Session& s) {

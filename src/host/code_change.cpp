@@ -35,6 +35,12 @@ std::string_view Held(std::string_view line) {
   return line.find_first_not_of(kBlanks) == std::string_view::npos ? std::string_view() : line;
 }
 
+std::string_view Between_Blanks(std::string_view line) {
+  const std::size_t first = line.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos) return {};
+  return line.substr(first, line.find_last_not_of(kBlanks) - first + 1);
+}
+
 bool Changes_Nothing(const Line_Change& change) {
   return std::ranges::equal(change.Old, change.New, {}, Held, Held);
 }
@@ -62,18 +68,29 @@ class Visible {
   std::size_t line_ = 0, at_ = 0;
 };
 
-std::string Chk_Read(const CodeModule& code, std::string_view module, const Line_Change& change) {
-  const int count = code.CountOfLines();
+// The first line of a change that is no longer what was read; 0 if there is none.
+int Other_Line(const CodeModule& code, const Line_Change& change) {
+  if (change.Old.empty()) return 0;
+  const int there = code.CountOfLines() - change.Line + 1;
+  if (change.Line < 1 || there < 1) return change.Line;
+  const std::string text = code.Lines(change.Line, std::min(there, Count_Of(change.Old)));
+  std::string_view rest = text;
   for (int i = 0; i < Count_Of(change.Old); ++i) {
-    const int line = change.Line + i;
-    if (line >= 1 && line <= count &&
-        code.Lines(line, 1) == change.Old[static_cast<std::size_t>(i)])
-      continue;
+    const std::string& old = change.Old[static_cast<std::size_t>(i)];
+    const bool same = i < there && rest.starts_with(old);
+    if (same) rest.remove_prefix(old.size());
+    if (!same || (!rest.empty() && !rest.starts_with("\r\n"))) return change.Line + i;
+    rest.remove_prefix(std::min<std::size_t>(rest.size(), 2));
+  }
+  return 0;
+}
+
+std::string Chk_Read(const CodeModule& code, std::string_view module, const Line_Change& change) {
+  if (const int line = Other_Line(code, change); line != 0)
     return fmt::format(
         "「{}」の {} 行目は、読み込んだあとに変更されているため書き換えません。もう一度実行してください。",
         module, line);
-  }
-  if (change.Line >= 1 && change.Line <= count + 1) return {};
+  if (change.Line >= 1 && change.Line <= code.CountOfLines() + 1) return {};
   return fmt::format("「{}」に {} 行目がないため書き込めません。", module, change.Line);
 }
 
@@ -151,6 +168,8 @@ std::vector<std::string> Lines_Of(const CodeModule& code, int start, int count) 
 }
 
 std::string Chk_Visible(std::string_view module, const Line_Change& change) {
+  // Mostly nothing but the blanks around each line has changed.
+  if (std::ranges::equal(change.Old, change.New, {}, Between_Blanks, Between_Blanks)) return {};
   Visible was(change.Old), now(change.New);
   while (!was.At_End() && !now.At_End() && was.Char() == now.Char()) {
     was.Next();

@@ -26,7 +26,11 @@ int Check_Written(std::string_view text) {
   int lines = 0;
   while (true) {
     ++lines;
-    const std::size_t end = text.find_first_of("\r\n");
+    // The library's search for one of two characters takes several times as long.
+    const auto at =
+        std::find_if(text.begin(), text.end(), [](char c) { return c == '\r' || c == '\n'; });
+    const std::size_t end =
+        at == text.end() ? std::string_view::npos : static_cast<std::size_t>(at - text.begin());
     const std::string_view line = text.substr(0, end);
     if (line.size() > kMost_Characters && Characters(line) > kMost_Characters)
       Refuse(kErr_Bad_Call, "1 行の文字数が上限（1023 文字）を超えるため書き込めません。");

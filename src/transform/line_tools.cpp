@@ -13,7 +13,6 @@ namespace oru::transform {
 namespace {
 
 using service::Trim;
-using service::Trim_Left;
 using service::Trim_Right;
 
 constexpr auto npos = std::string_view::npos;

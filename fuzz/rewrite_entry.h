@@ -58,7 +58,6 @@ inline void Run_Rewrite(std::string_view input) {
   host::CodeModule& code = *component.CodeModule();
   const analyser::Tables tables;
   const transform::Transform_Ctx ctx{services, editor, tables};
-  component.Load_Text(component.Text());  // an empty line at its end is none from here on
   const std::string before = component.Text();
   bool odd = false;
   for (const std::string_view line : service::Split(before, "\r\n")) odd = odd || Is_Odd(line);
@@ -83,12 +82,12 @@ inline void Run_Rewrite(std::string_view input) {
   each(format);
   Require(odd || component.Text() == formatted, "formatting is stable");
 
-  component.Load_Text(before);
+  component.Load_Text(before + "\r\n");  // the last line end begins no line
   each(labels(transform::Label_Mode::Set));
   each(labels(transform::Label_Mode::Remove));
   Require(odd || Without_Ends(component.Text()) == Without_Ends(before), "labels go as they came");
 
-  component.Load_Text(before);
+  component.Load_Text(before + "\r\n");
   for (const auto tool : {transform::Line_Tool::Align_Comments, transform::Line_Tool::Align_As}) {
     if (code.CountOfLines() == 0) break;
     (void)transform::Change_Lines(ctx, code, "M", 1, code.CountOfLines(), tool);

@@ -107,6 +107,22 @@ std::string Chk_Length(std::string_view module, const Line_Change& change) {
   return {};
 }
 
+// A module beyond the editor's limit takes its lines out, but not back in again.
+std::string Chk_Count(const CodeModule& code, std::string_view module,
+                      std::span<const Line_Change> changes) {
+  std::ptrdiff_t count = code.CountOfLines();
+  bool inserts = false;
+  for (const Line_Change& change : changes) {
+    count += std::ssize(change.New) - std::ssize(change.Old);
+    inserts =
+        inserts || (!change.New.empty() && (change.Old.size() != 1 || change.New.size() != 1));
+  }
+  if (!inserts || count <= kMost_Lines) return {};
+  return fmt::format(
+      "「{}」の {} 行目からは書き換えません。モジュールが {} 行になり、上限（65534 行）を超えます。モジュールを分けてから実行してください。",
+      module, changes.front().Line, count);
+}
+
 // Counts continuation marks through the lines as they will be.
 class Continuations {
  public:
@@ -185,6 +201,7 @@ std::string Chk_Visible(std::string_view module, const Line_Change& change) {
 std::string Chk_Change(const CodeModule& code, std::string_view module,
                        std::span<const Line_Change> changes, Keeps keeps) {
   Continuations continuations(code, module);
+  if (std::string error = Chk_Count(code, module, changes); !error.empty()) return error;
   for (const Line_Change& change : changes) {
     std::string error = Chk_Read(code, module, change);
     if (error.empty()) error = Chk_Length(module, change);

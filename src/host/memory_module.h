@@ -17,8 +17,7 @@
 
 namespace oru::host {
 
-constexpr int kMost_Lines = 65'534;  ///< lines a module may be written to
-constexpr int kVisible_Lines = 40;   ///< lines a pane shows
+constexpr int kVisible_Lines = 40;  ///< lines a pane shows
 
 class Memory_Module;
 

@@ -32,7 +32,9 @@ constexpr int kErr_No_Property = 438;  ///< the object has no such member
 constexpr int kErr_Duplicate = 457;    ///< the name is taken
 constexpr int kErr_Protected = 50289;  ///< the project is locked
 
-/// What the editor takes at most: characters in a line, continuation marks in a statement.
+/// What the editor takes at most: lines in a module, characters in a line, continuation marks in a
+/// statement.
+constexpr int kMost_Lines = 65'534;
 constexpr int kMost_Characters = 1'023;
 constexpr int kMost_Continuations = 24;
 

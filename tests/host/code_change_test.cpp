@@ -122,6 +122,18 @@ TEST_F(Code_Change, RefusesTheWholeOfIt) {
   }
 }
 
+TEST_F(Code_Change, AModuleBeyondTheLimitKeepsItsLines) {
+  CodeModule& code = Module(Repeated("x\n", kMost_Lines + 2));
+  const std::string before = Text(code);
+  const Change_Result result =
+      Do_Change(code, "M", Changes{{2, {"x", "x"}, {"y", "y"}}}, Keeps::Nothing);
+  EXPECT_NE(result.Error.find("65536 行"), std::string::npos) << result.Error;
+  EXPECT_EQ(Text(code), before);
+  EXPECT_TRUE(
+      Do_Change(code, "M", Changes{{1, {"x"}, {"y"}}, {2, {"x"}, {"y"}}}, Keeps::Nothing).Ok());
+  EXPECT_TRUE(Do_Change(code, "M", Changes{{1, {"y", "y"}, {}}}, Keeps::Nothing).Ok());
+}
+
 TEST_F(Code_Change, AHostThatRefusesKeepsItsText) {
   for (int call = 1;; ++call) {
     SCOPED_TRACE(call);

@@ -165,15 +165,19 @@ class Edit {
   }
 
   void Take(const host::Change_Result& result) {
-    if (!result.Ok()) Refuse(result.Error);
-  }
-  void Refuse(const std::string& error) {
-    Tell(output_.err, error);
+    if (result.Ok()) return;
+    Tell(output_.err, result.Error);
     refused_ = true;
+    damaged_ = damaged_ || result.Changed;
   }
 
   // Shows, checks or writes what was changed. `what` names the change: "コード整形".
   int Finish(std::string_view what) {
+    // What could not be put back in the editor does not get into a file.
+    if (damaged_) {
+      Tell(output_.err, "ファイルは書き換えていません。");
+      return kExit_Output;
+    }
     Out_Table places;
     Changed_Places counter(work_, places);
     std::size_t modules = 0;
@@ -199,15 +203,17 @@ class Edit {
         output_.err << fmt::format(
             "{}: {}を書き換えました ({} 個のファイル)。「oru undo」で取り消せます。\n", what,
             extent, written.files);
-      } else if (modules == 0) {
+      } else if (modules == 0 && !refused_) {
         output_.err << fmt::format("{}: 変更するところはありません。\n", what);
       }
       return written.exit != kExit_Ok ? written.exit : refused_ ? kExit_Output : kExit_Ok;
     }
     output_.out.flush();
-    output_.err << (modules == 0 ? fmt::format("{}: 変更するところはありません。\n", what)
-                                 : fmt::format("{}: {}が変わります。--write で書き込みます。\n",
-                                               what, extent));
+    if (modules > 0) {
+      output_.err << fmt::format("{}: {}が変わります。--write で書き込みます。\n", what, extent);
+    } else if (!refused_) {
+      output_.err << fmt::format("{}: 変更するところはありません。\n", what);
+    }
     return refused_ ? kExit_Output : kExit_Ok;
   }
 
@@ -289,6 +295,7 @@ class Edit {
   transform::Transform_Ctx ctx_{work_.session.Srv, *work_.session.VBInst, work_.session.Tbl};
   Texts_Before before_;
   bool refused_ = false;
+  bool damaged_ = false;  // a change was neither made nor taken back
 };
 
 // Runs a routine as one event.

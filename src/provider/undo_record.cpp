@@ -88,26 +88,26 @@ Undone Take_Back(const Project_Source& project) {
     return undone;
   };
   std::error_code error;
-  if (!fs::exists(path, error)) return fail("取り消せる置換がありません。", true);
+  if (!fs::exists(path, error)) return fail("取り消せる変更がありません。", true);
   const service::Read_Result read = service::Read_File(path);
   if (!read.Ok()) return fail(read.error, true);
   const auto record = Unpack_Undo(read.bytes);
   if (!record)
     return fail(
-        fmt::format("置換の記録「{}」が破損しているため、取り消せません。", Path_Text(path)), true);
+        fmt::format("変更の記録「{}」が破損しているため、取り消せません。", Path_Text(path)), true);
 
   // First all files are looked at, so that they are all taken back or none.
   std::vector<std::pair<fs::path, std::string>> now;
   for (const Undo_File& file : *record) {
     const Module_File* known = File_Of(project, file.relative);
     if (known == nullptr)
-      return fail(fmt::format("「{}」がプロジェクトにないため、置換を取り消しません。",
+      return fail(fmt::format("「{}」がプロジェクトにないため、変更を取り消しません。",
                               service::Without_Controls(file.relative)),
                   false);
     service::Read_Result current = service::Read_File(known->path);
     if (!current.Ok()) return fail(current.error, false);
     if (current.bytes.size() != file.new_size || Hash_Bytes(current.bytes) != file.new_hash)
-      return fail(fmt::format("「{}」は置換のあとに変更されているため、置換を取り消しません。",
+      return fail(fmt::format("「{}」はそのあとに変更されているため、取り消しません。",
                               known->relative),
                   false);
     if (known->kind == File_Kind::Stored && Is_Open_In_Host(known->path))

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-// What takes the last replacement back: the bytes that each changed file had, in one file beside the
+// What takes the last change of the code back: the bytes that each changed file had, in one file beside the
 // project (docs/formats.md). Taking back puts them all in their places again, or none of them: where
-// a file is no longer what the replacement left, nothing is done.
+// a file is no longer what the change left, nothing is done.
 #pragma once
 
 #include <cstdint>
@@ -40,7 +40,7 @@ struct Undone {
   bool unread = false;             ///< the error: there is no record, or it cannot be read
   std::vector<std::string> files;  ///< those that have their old bytes again
 };
-/// Takes the last replacement of a project back and removes the record. Only files of the project
+/// Takes the last change of a project back and removes the record. Only files of the project
 /// are written.
 [[nodiscard]] Undone Take_Back(const Project_Source& project);
 

@@ -107,9 +107,9 @@ Undone Take_Back(const Project_Source& project) {
     service::Read_Result current = service::Read_File(known->path);
     if (!current.Ok()) return fail(current.error, false);
     if (current.bytes.size() != file.new_size || Hash_Bytes(current.bytes) != file.new_hash)
-      return fail(fmt::format("「{}」はそのあとに変更されているため、取り消しません。",
-                              known->relative),
-                  false);
+      return fail(
+          fmt::format("「{}」はそのあとに変更されているため、取り消しません。", known->relative),
+          false);
     if (known->kind == File_Kind::Stored && Is_Open_In_Host(known->path))
       return fail(
           fmt::format("「{}」は開かれています。閉じてから実行してください。", known->relative),

@@ -9,11 +9,12 @@
 namespace oru::app {
 namespace {
 
-std::string Diff(std::string_view old, std::string_view now, bool colours = false) {
+std::string Diff(std::string_view old, std::string_view now, Diff_For reader = Diff_For::Patch,
+                 std::string_view name = "f") {
   const auto lines = [](std::string_view text) {
     return text.empty() ? std::vector<std::string_view>{} : service::Split(text, " ");
   };
-  return Unified_Diff(lines(old), lines(now), "f", colours);
+  return Unified_Diff(lines(old), lines(now), name, reader);
 }
 
 TEST(Line_Diff, HunksAndTheirNumbers) {
@@ -34,9 +35,25 @@ TEST(Line_Diff, HunksAndTheirNumbers) {
        head + "@@ -1,4 +1,3 @@\n-a\n 1\n 2\n 3\n@@ -6,4 +5,5 @@\n 5\n 6\n 7\n-b\n+c\n+d\n"},
   };
   for (const auto& each : kCases) EXPECT_EQ(Diff(each.old, each.now), each.diff) << each.what;
-  EXPECT_EQ(Diff("a", "\x1B", true),
+}
+
+TEST(Line_Diff, WhatATerminalWouldObeyIsMarkedThere) {
+  // An escape, the mark that turns the direction, a byte that is no UTF-8; a tab may stand.
+  constexpr std::string_view kNow = "\t\x1B[2J\u202Ex\xFF";
+  const std::string seen = "\t\uFFFD[2J\uFFFDx\uFFFD";
+  EXPECT_EQ(Diff("a", kNow), "--- f\n+++ f\n@@ -1,1 +1,1 @@\n-a\n+" + std::string(kNow) + "\n");
+  EXPECT_EQ(Diff("a", kNow, Diff_For::Terminal),
+            "--- f\n+++ f\n@@ -1,1 +1,1 @@\n-a\n+" + seen + "\n");
+  EXPECT_EQ(Diff("a", kNow, Diff_For::Coloured_Terminal),
             "\x1B[1m--- f\x1B[0m\n\x1B[1m+++ f\x1B[0m\n\x1B[36m@@ -1,1 +1,1 @@\x1B[0m\n"
-            "\x1B[31m-a\x1B[0m\n\x1B[32m+ \x1B[0m\n");
+            "\x1B[31m-a\x1B[0m\n\x1B[32m+" +
+                seen + "\x1B[0m\n");
+}
+
+TEST(Line_Diff, ATabEndsANameWithBlanks) {
+  EXPECT_EQ(Diff("a", "", Diff_For::Patch, "受注 1.bas"),
+            "--- 受注 1.bas\t\n+++ 受注 1.bas\t\n@@ -1,1 +0,0 @@\n-a\n");
+  EXPECT_EQ(Diff("a", "", Diff_For::Patch, "a\nb"), "--- a b\t\n+++ a b\t\n@@ -1,1 +0,0 @@\n-a\n");
 }
 
 }  // namespace

@@ -186,7 +186,10 @@ class Edit {
                                 const host::CodeModule& code) {
       ++modules;
       counter.Take(module, old, now, code);
-      if (as_diff) output_.out << Unified_Diff(old, now, Shown_Name(module), output_.colours);
+      const Diff_For reader = output_.colours     ? Diff_For::Coloured_Terminal
+                              : output_.width > 0 ? Diff_For::Terminal
+                                                  : Diff_For::Patch;
+      if (as_diff) output_.out << Unified_Diff(old, now, Shown_Name(module), reader);
     });
     if (options_.Check || output_.format != Format::Columns) {
       if (!places.rows.empty() || output_.format != Format::Columns)

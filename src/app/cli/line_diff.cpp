@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "provider/line_match.h"
+#include "query/safe_text.h"
 #include "service/text.h"
 
 namespace oru::app {
@@ -21,6 +22,20 @@ struct Row {
   char mark;
   std::string_view line;
 };
+
+std::string Safe(std::string_view text) {
+  std::string safe;
+  query::For_Each_Safe(
+      text, [&](std::string_view stretch) { safe += stretch; },
+      [&] { safe += query::kReplacement; });
+  return safe;
+}
+
+// What reads a patch takes the name of a file up to its first blank, unless a tab ends it.
+std::string Name_Line(std::string_view mark, std::string_view name) {
+  const std::string shown = service::Without_Controls(name);
+  return fmt::format("{} {}{}", mark, shown, shown.find(' ') == std::string::npos ? "" : "\t");
+}
 
 // Both texts as one list of rows; in a change the old lines come first.
 std::vector<Row> Rows_Of(std::span<const std::string_view> old,
@@ -45,13 +60,13 @@ std::vector<Row> Rows_Of(std::span<const std::string_view> old,
 
 class Diff_Writer {
  public:
-  Diff_Writer(const std::vector<Row>& rows, bool colours) : rows_(rows), colours_(colours) {}
+  Diff_Writer(const std::vector<Row>& rows, Diff_For reader) : rows_(rows), reader_(reader) {}
 
   std::string Write(std::string_view name) {
     for (std::size_t at = Next_Change(0); at < rows_.size();) {
       if (out_.empty()) {
-        Put(kBold, fmt::format("--- {}", name));
-        Put(kBold, fmt::format("+++ {}", name));
+        Put(kBold, Name_Line("---", name));
+        Put(kBold, Name_Line("+++", name));
       }
       const std::size_t begin = at - std::min(at, kContext);
       std::size_t end = at + 1;  // behind the last change of the hunk
@@ -84,7 +99,7 @@ class Diff_Writer {
       Put(row.mark == '-'   ? kRed
           : row.mark == '+' ? kGreen
                             : std::string_view(),
-          row.mark + (colours_ ? service::Without_Controls(row.line) : std::string(row.line)));
+          std::string(1, row.mark).append(row.line));
     }
   }
   void Count(char mark) {
@@ -92,15 +107,15 @@ class Diff_Writer {
     now_ += mark != '-' ? 1 : 0;
   }
   void Put(std::string_view colour, const std::string& line) {
-    if (colours_ && !colour.empty()) {
-      out_.append(colour).append(line).append(kPlain).append("\n");
-    } else {
-      out_.append(line).append("\n");
-    }
+    const bool coloured = reader_ == Diff_For::Coloured_Terminal && !colour.empty();
+    if (coloured) out_.append(colour);
+    out_.append(reader_ == Diff_For::Patch ? line : Safe(line));
+    if (coloured) out_.append(kPlain);
+    out_.append("\n");
   }
 
   const std::vector<Row>& rows_;
-  bool colours_;
+  Diff_For reader_;
   std::string out_;
   std::size_t counted_ = 0, old_ = 0, now_ = 0;  // rows counted, and lines of both sides in them
 };
@@ -109,8 +124,8 @@ class Diff_Writer {
 
 std::string Unified_Diff(std::span<const std::string_view> old,
                          std::span<const std::string_view> now, std::string_view name,
-                         bool colours) {
-  return Diff_Writer(Rows_Of(old, now), colours).Write(name);
+                         Diff_For reader) {
+  return Diff_Writer(Rows_Of(old, now), reader).Write(name);
 }
 
 }  // namespace oru::app

@@ -3,17 +3,21 @@
 // goes, "+" for what comes.
 #pragma once
 
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
 
 namespace oru::app {
 
+/// Who reads the difference. For a patch the lines stand byte by byte; on a terminal U+FFFD takes
+/// the place of what would be obeyed instead of shown.
+enum class Diff_For : std::uint8_t { Patch, Terminal, Coloured_Terminal };
+
 /// The difference under the name of its file; empty for equal texts. Lines are without line ends; in
-/// the result each ends with LF. `colours`: escape sequences for a terminal, and no control
-/// characters of the lines' own.
+/// the result each ends with LF.
 [[nodiscard]] std::string Unified_Diff(std::span<const std::string_view> old,
                                        std::span<const std::string_view> now, std::string_view name,
-                                       bool colours);
+                                       Diff_For reader);
 
 }  // namespace oru::app

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <memory>
+#include <optional>
 #include <set>
 #include <utility>
 
@@ -18,7 +19,6 @@ namespace oru::transform {
 namespace {
 
 constexpr std::string_view kComment = "    ' ";
-constexpr std::int64_t kStatement_Size = 100;  // characters
 // What a trace calls must not be traced.
 constexpr std::string_view kTrace_Module = "Mod_Trace";
 
@@ -36,15 +36,19 @@ bool Is_Trace_Line(std::string_view line) {
          service::Equal_No_Case(line.substr(line.size() - kTrace_Marker.size()), kTrace_Marker);
 }
 
-// True if the procedure ends in the lines of its header, as "Sub A(): End Sub" does.
-bool Ends_In_Header(std::span<const std::string> header) {
+// The line behind the statement that begins a procedure, counted as `lines` are, from its first line
+// on; nothing if the procedure ends in that statement, as "Sub A(): End Sub" does. Only blank and
+// underscore continue a line: behind "Sub A() '___" the body begins, which may be a `Select Case`
+// that nothing may stand in.
+std::optional<std::size_t> Body_Begin(std::span<const std::string> lines, std::size_t header) {
   host::Line_State state = host::Line_State::Fresh;
-  for (const std::string& line : header) {
-    const std::uint8_t verdict = host::Judge_Line(line, state);
-    if ((verdict & host::kLine_Closes) != 0) return true;
+  for (std::size_t i = header; i < lines.size(); ++i) {
+    const std::uint8_t verdict = host::Judge_Line(lines[i], state);
+    if ((verdict & host::kLine_Closes) != 0) return std::nullopt;
+    if (!host::Is_Continued(service::Trim_Right(lines[i]))) return i + 1;
     state = host::State_Of(verdict);
   }
-  return false;
+  return lines.size();
 }
 
 }  // namespace
@@ -140,8 +144,8 @@ void Frm_Trace::Set_Tra_Mdl(const Transform_Ctx& ctx, Trace_Mode mode, std::stri
   host::VBProject* project = ctx.VBInst.ActiveVBProject();
   host::VBComponent* component =
       project == nullptr ? nullptr : project->VBComponents().Item(module);
-  if (module == kTrace_Module || component == nullptr || component->CodeModule() == nullptr ||
-      !host::Chk_Mdl_Typ(component->Type()))
+  if (service::Equal_No_Case(module, kTrace_Module) || component == nullptr ||
+      component->CodeModule() == nullptr || !host::Chk_Mdl_Typ(component->Type()))
     return;
   host::CodeModule& code = *component->CodeModule();
   std::set<std::string_view> members;
@@ -188,7 +192,7 @@ void Frm_Trace::Set_Tra_Mem(Trace_Mode mode, const Procedure& procedure, Plan& p
     return;
   }
   std::string statement(service::Trim_Right(
-      Sta.substr(0, service::Byte_Of_Chr(Sta, service::Chr_Count{kStatement_Size + 1}))));
+      Sta.substr(0, service::Byte_Of_Chr(Sta, service::Chr_Count{kMost_Statement + 1}))));
   statement = service::Replace_All(statement, "%MN", procedure.Mdl);
   statement = service::Replace_All(statement, "%PN", place.Nam);
   statement.append(kComment).append(kTrace_Marker);
@@ -196,10 +200,9 @@ void Frm_Trace::Set_Tra_Mem(Trace_Mode mode, const Procedure& procedure, Plan& p
     if (lines[traced.back()] == statement) return;
     change(traced.back(), {std::move(lines[traced.back()])}, {std::move(statement)});
   } else {
-    const auto header = static_cast<std::size_t>(place.Bdy - place.Top);
-    const auto end = static_cast<std::size_t>(Header_End(procedure.Code, place) - place.Top) + 1;
-    if (Ends_In_Header(std::span(lines).subspan(header, end - header))) return;
-    change(end, {}, {std::move(statement)});
+    const auto begin = Body_Begin(lines, static_cast<std::size_t>(place.Bdy - place.Top));
+    if (!begin) return;
+    change(*begin, {}, {std::move(statement)});
   }
   ++plan.procedures;
 }
@@ -221,8 +224,12 @@ void Frm_Trace::FMn_CpyIf_Click(const Transform_Ctx& ctx, std::string_view text,
 std::string Trace_Statistics(const analyser::Tables& tables, std::string_view text) {
   constexpr std::string_view kHeading = "モジュール名,プロシージャ名,";
   std::string table;
-  for (std::string_view line : service::Split(text, "\n")) {
-    if (line.ends_with('\r')) line.remove_suffix(1);
+  // Whichever the line ends are: those of CR LF leave empty lines, which are passed over.
+  const std::string lines = service::Replace_All(text, "\r", "\n");
+  for (const std::string_view each : service::Split(lines, "\n")) {
+    // A tab in a field would make two of it.
+    const std::string shown = service::Without_Controls(each);
+    const std::string_view line = shown;
     if (table.empty()) {
       if (!line.starts_with(kHeading)) return {};
       table = service::Replace_All(kHeading, ",", "\t") + "コメント\t" +

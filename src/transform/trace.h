@@ -14,6 +14,8 @@
 namespace oru::transform {
 
 constexpr std::string_view kTrace_Marker = "%%TraceLine";
+/// Characters of a statement that count; the window's field holds no more.
+constexpr std::int64_t kMost_Statement = 100;
 
 enum class Trace_Mode : std::uint8_t { Set = 1, Remove = 2 };
 
@@ -23,8 +25,10 @@ struct Frm_Trace {
     std::string Mdl, Mem;
   };
   struct Result {
-    int Changed = 0;    ///< procedures
-    std::string Error;  ///< why nothing was written, in any module; empty on success
+    int Changed = 0;  ///< procedures
+    /// Empty on success. What the guard refuses is written in no module; where the host itself
+    /// refuses one, those before it are written.
+    std::string Error;
   };
 
   std::string Sta;  ///< the statement; "%MN" and "%PN" stand for module and procedure
@@ -60,7 +64,7 @@ struct Frm_Trace {
 
 /// A statistics file's text as TAB-separated text, with the comment of each procedure as a third
 /// column; lines end with CR LF. Empty for a text of another kind. Further columns are copied as they
-/// stand.
+/// stand, but for control characters, which become blanks.
 [[nodiscard]] std::string Trace_Statistics(const analyser::Tables& tables, std::string_view text);
 constexpr std::string_view kNo_Statistics = "実行統計ファイルの構成が不正です。    ";
 

@@ -84,6 +84,16 @@ TEST_F(Edit, SetAndRemovedTheBytesAreTheOldOnes) {
   EXPECT_EQ(Bytes(), trimmed);
 }
 
+TEST_F(Edit, AStatementIsNotCut) {
+  std::string statement(100, 'x');
+  EXPECT_EQ(Run({"trace", "set"}, {"--statement", statement, "--check"}).code, kExit_Would_Change);
+  statement += "字";
+  const Ran run = Run({"trace", "set"}, {"--statement", statement, "--write"});
+  EXPECT_EQ(run.code, kExit_Usage);
+  EXPECT_NE(run.err.find("100 文字を超えています"), std::string::npos);
+  EXPECT_EQ(Bytes(), kBytes);
+}
+
 TEST_F(Edit, LinesOfARange) {
   folder_.Put("p/n.bas", "Attribute VB_Name = \"N\"\r\nlong_name = 1 ' a\r\nx = 2 ' b\r\n");
   EXPECT_EQ(Run({"align", "comments"}, {"n:1-2"}).out,

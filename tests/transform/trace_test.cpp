@@ -80,6 +80,50 @@ TEST_F(Trace, SetReplacedAndRemoved) {
   EXPECT_EQ(Text("Mod_Trace").find(kTrace_Marker), std::string::npos);
 }
 
+TEST_F(Trace, StandsBehindTheHeaderStatement) {
+  constexpr std::string_view kMark = "@    ' %%TraceLine";
+  const struct {
+    std::string_view what, in;
+    std::vector<int> lines;  // where the statement goes in, as the text is afterwards
+  } kCases[] = {
+      {"an underscore that continues nothing",
+       "Sub A() '___\nSelect Case x\nCase 1\nEnd Select\nEnd Sub",
+       {2}},
+      {"a name that ends in one", "Function A() As Foo_\nEnd Function", {2}},
+      {"a continued comment behind the header", "Sub A() ' x _\n  y\nx = 1\nEnd Sub", {3}},
+      {"a header with blanks behind its mark", "Sub A( _  \n  x)\nEnd Sub", {3}},
+      {"all of it in a continued statement", "Sub A( _\n  x): End Sub", {}},
+      {"a statement on the header's line", "Sub A(): x = 1\nEnd Sub", {2}},
+      {"comments above, code behind the end", "Dim x\n' a\nSub A()\nEnd Sub\n' b", {4}},
+      {"two headers around one body",
+       "#If X Then\nSub A()\n#Else\nSub A(y)\n#End If\nEnd Sub",
+       {3}},
+      {"a procedure in each branch",
+       "#If X Then\nSub A()\nEnd Sub\n#Else\nSub A(y)\nEnd Sub\n#End If",
+       {3, 7}},
+      {"a procedure without an end", "Sub A()", {2}},
+  };
+  for (const auto& each : kCases) {
+    SCOPED_TRACE(each.what);
+    test::Project project;
+    project.Add("N", each.in);
+    ASSERT_TRUE(project.Analyse());
+    host::CodeModule& code = project.Code("N");
+    const std::string before = code.Lines(1, code.CountOfLines());
+    Frm_Trace form;
+    form.Sta = "@";
+    form.Prc = {{"N", "A"}};
+    const Transform_Ctx ctx{project.Srv, project.Editor, project.Tbl};
+    ASSERT_EQ(form.Set_Trace(ctx, Trace_Mode::Set).Error, "");
+    std::vector<int> lines;
+    for (int line = 1; line <= code.CountOfLines(); ++line)
+      if (code.Lines(line, 1) == kMark) lines.push_back(line);
+    EXPECT_EQ(lines, each.lines);
+    ASSERT_EQ(form.Set_Trace(ctx, Trace_Mode::Remove).Error, "");
+    EXPECT_EQ(code.Lines(1, code.CountOfLines()), before);
+  }
+}
+
 TEST_F(Trace, ChosenByScopeKindAndName) {
   ASSERT_TRUE(project_.Analyse());
   const struct {
@@ -148,8 +192,8 @@ TEST_F(Trace, StatisticsAsATable) {
   ASSERT_TRUE(project_.Analyse());
   EXPECT_EQ(
       Trace_Statistics(project_.Tbl,
-                       "モジュール名,プロシージャ名,回数,秒\r\nM,A,3,0.5\n\nM,None,1\nZ\n"),
-      "モジュール名\tプロシージャ名\tコメント\t回数\t秒\r\nM\tA\tabout A\t3\t0.5\r\nM\tNone\t\t1\r\n"
+                       "モジュール名,プロシージャ名,回数,秒\r\nM,A,3,0.5\n\nM,None,1\t2\rZ\n"),
+      "モジュール名\tプロシージャ名\tコメント\t回数\t秒\r\nM\tA\tabout A\t3\t0.5\r\nM\tNone\t\t1 2\r\n"
       "Z\t\t\r\n");
   EXPECT_EQ(Trace_Statistics(project_.Tbl, "モジュール名,回数\nM,A"), "");
   std::string clipboard;

@@ -422,6 +422,12 @@ int Cmd_Trace(const Work& work, const Output& output, const Edit_Options& option
   if (const int exit = edit.Choose(chosen); exit != kExit_Ok) return exit;
   transform::Frm_Trace form;
   form.Lod_State(work.session.Srv.Opt);
+  // The form would cut it, and half a statement is none.
+  if (service::To_Int(service::Len_Chr(options.Statement)) > transform::kMost_Statement) {
+    Tell(output.err, fmt::format("トレース文が {} 文字を超えています。短くしてください。",
+                                 transform::kMost_Statement));
+    return kExit_Usage;
+  }
   if (!options.Statement.empty()) form.Sta = options.Statement;
   form.Pub_Onl = form.Pub_Onl || options.Public_Only;
   form.Sub = form.Sub && !options.No_Sub;

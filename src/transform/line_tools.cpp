@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "transform/line_tools.h"
 
+#include <algorithm>
+#include <array>
 #include <optional>
 #include <string_view>
 
@@ -49,6 +51,12 @@ bool Is_Simple(std::string_view side) {
   return !side.empty() && side.find(' ') == npos;
 }
 
+bool Is_Literal(std::string_view side) {
+  constexpr std::array<std::string_view, 5> kWords{"True", "False", "Nothing", "Null", "Empty"};
+  return side.starts_with('"') || side.starts_with('#') || service::Is_Numeric(side) ||
+         std::find(kWords.begin(), kWords.end(), side) != kWords.end();
+}
+
 // A line with the sides of its assignment swapped; nothing if it has none that can be.
 std::optional<std::string> Swapped(std::string_view line, const Line_Parts& parts) {
   const std::string_view code = parts.Code();
@@ -59,8 +67,7 @@ std::optional<std::string> Swapped(std::string_view line, const Line_Parts& part
   const std::string_view right =
       Trim(line.substr(at + kEquals.size(), parts.code - at - kEquals.size()));
   // A literal takes no assignment, and a "_" is the mark of a statement that goes on.
-  if (!Is_Simple(left) || !Is_Simple(right) || right.starts_with('"') || right == "_" ||
-      service::Is_Numeric(right))
+  if (!Is_Simple(left) || !Is_Simple(right) || Is_Literal(right) || right == "_")
     return std::nullopt;
   std::string swapped(line.substr(0, indent));
   swapped.append(right).append(kEquals).append(left);

@@ -27,6 +27,8 @@ TEST(Line_Tools, SwapsSimpleAssignments) {
       {"a text stays", "a = \"x\"", ""},
       {"a number stays", "a = 1", ""},
       {"a number of the other kind too", "a = &HFF", ""},
+      {"and a date", "a = #1/2/2024#", ""},
+      {"and what has a word of its own", "a = True", ""},
       {"two equals stay", "a = b = c", ""},
       {"but not one in a comment or literal", "a = b(\" = \") ' = c", ""},
       {"a literal with a blank is no name", "a = b(\"x y\")", ""},

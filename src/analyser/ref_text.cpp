@@ -22,14 +22,24 @@ void Join_Ref_Texts(Tables& tables) {
   std::size_t members = 0;
   for (const auto& item : tables.Mdl_Tbl) members += item.value->Mem.Count();
   tables.RIf_Dic.Clear(members);
+  // A record's caller and target are all that counts here, and mostly the caller is the one before:
+  // this runs over the whole text after every change of one module.
+  const std::string_view text = tables.Ref_All;
   std::string_view caller;
-  for (Ref_Cursor cursor; Set_Ref_Fld(tables.Ref_All, {}, cursor);) {
-    // A member's records stand one behind the other.
-    if (cursor.Record.Caller != caller) {
-      caller = cursor.Record.Caller;
+  for (std::size_t at = 0; at < text.size();) {
+    std::size_t hash = at + 1 + caller.size();
+    if (caller.empty() || hash >= text.size() || text[hash] != '#' ||
+        text.compare(at + 1, caller.size(), caller) != 0) {
+      hash = text.find('#', at);
+      if (hash == npos) return;
+      // A member's records stand one behind the other.
+      caller = text.substr(at + 1, hash - at - 1);
       tables.RIf_Dic.Set(caller, Ref_Marks::kRefers);
     }
-    tables.RIf_Dic.Set(cursor.Record.Target, Ref_Marks::kReferred);
+    const std::size_t bar = text.find('|', hash);
+    if (bar == npos) return;
+    tables.RIf_Dic.Set(text.substr(hash + 1, bar - hash - 1), Ref_Marks::kReferred);
+    at = text.find('%', bar);
   }
 }
 

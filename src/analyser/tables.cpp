@@ -72,18 +72,21 @@ void Set_VCs_Inf(Tbl_Cur& cur, std::string_view row) {
 
 void Ref_Marks::Clear(std::size_t expected) {
   order_.clear();
-  flags_.clear();
   order_.reserve(expected);
+  // After a change of one module nearly all keys come again: their entries stay, as none.
+  if (flags_.size() > 2 * expected) {
+    flags_.clear();
+  } else {
+    for (auto& entry : flags_) entry.second = 0;
+  }
   flags_.reserve(expected);
 }
 
 void Ref_Marks::Set(std::string_view key, unsigned flag) {
   const auto at = flags_.find(key);
-  if (at != flags_.end()) {
-    at->second |= flag;
-  } else {
-    order_.push_back(&*flags_.emplace(std::string(key), flag).first);
-  }
+  auto& entry = at != flags_.end() ? *at : *flags_.emplace(std::string(key), 0).first;
+  if (entry.second == 0) order_.push_back(&entry);
+  entry.second |= flag;
 }
 
 unsigned Ref_Marks::Get(std::string_view key) const {
